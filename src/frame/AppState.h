@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace minutor {
+
+// The program's process-wide values. The application owns one and hands it to
+// whoever needs it; a test builds its own.
+struct AppState {
+  // Options
+  QString Waehrung = QStringLiteral("€");
+  bool SamePrograms = false;
+  bool HideToTray = false;
+  bool StartMinimized = false;
+  bool OnlyMarkedEntries = false;
+
+  // System
+  QString WinVersion;
+
+  // Tariff
+  QString AktuellerTarif;
+  QString Restfrei = QStringLiteral("-");
+  bool FeiertagAktiv = false;
+  bool KanalbuendelungAktiv = false;
+
+  // User
+  QString ActiveUser = QStringLiteral("Supervisor");
+
+  // Detection
+  bool MonitoringOn = true;
+  bool RecordingActive = false;
+  bool MethodIP = false;
+  bool MethodIE = true;
+  bool MethodLAN = false;
+  bool MethodTAPI = false;
+  int CheckInterval = 2;
+  QStringList IgnoredIPTable = {QString()};
+};
+
+}  // namespace minutor

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+namespace minutor {
+
+// Message boxes and questions go through here, so that logic that has to tell
+// the user something can be tested by what it asked for.
+class Prompter {
+ public:
+  enum class Icon { None, Information, Warning, Critical, Question };
+  enum class Answer { Ok, Yes, No, Cancel };
+
+  virtual ~Prompter() = default;
+  virtual void Message(const QString& text, Icon icon, const QString& title = {}) = 0;
+  // A question with Yes, No and Cancel (or only Yes and No when withCancel is false).
+  virtual Answer Ask(const QString& text, const QString& title, bool withCancel) = 0;
+};
+
+}  // namespace minutor

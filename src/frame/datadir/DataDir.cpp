@@ -1,0 +1,245 @@
+#include "frame/datadir/DataDir.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace minutor {
+
+namespace {
+
+QStringList Components(QStringView relative) {
+  QString path = relative.toString();
+  path.replace(QLatin1Char('\\'), QLatin1Char('/'));
+  return path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+}
+
+bool PathExists(const QString& path, bool* isDir = nullptr) {
+  struct stat st {};
+  if (::stat(QFile::encodeName(path).constData(), &st) != 0) {
+    return false;
+  }
+  if (isDir != nullptr) {
+    *isDir = S_ISDIR(st.st_mode);
+  }
+  return true;
+}
+
+// The real name of `name` in `folder`, compared in lower case; empty when none.
+QString FindCaseBlind(const QString& folder, const QString& name) {
+  const QString wanted = name.toLower();
+  QDirIterator it(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+  while (it.hasNext()) {
+    it.next();
+    if (it.fileName().toLower() == wanted) {
+      return it.fileName();
+    }
+  }
+  return {};
+}
+
+}  // namespace
+
+DataDir::DataDir(QString root) : root_(std::move(root)) {
+  while (root_.size() > 1 && root_.endsWith(QLatin1Char('/'))) {
+    root_.chop(1);
+  }
+}
+
+QString DataDir::Resolve(QStringView relative) const {
+  QString path = root_;
+  bool stillExists = true;
+  for (const QString& component : Components(relative)) {
+    QString candidate = path + QLatin1Char('/') + component;
+    if (stillExists && !PathExists(candidate)) {
+      const QString real = FindCaseBlind(path, component);
+      if (real.isEmpty()) {
+        stillExists = false;
+      } else {
+        candidate = path + QLatin1Char('/') + real;
+      }
+    }
+    path = candidate;
+  }
+  return path;
+}
+
+bool DataDir::FileExists(QStringView relative) const {
+  bool isDir = false;
+  return PathExists(Resolve(relative), &isDir) && !isDir;
+}
+
+bool DataDir::DirExists(QStringView relative) const {
+  bool isDir = false;
+  return PathExists(Resolve(relative), &isDir) && isDir;
+}
+
+bool DataDir::MakeDir(QStringView relative) const {
+  if (DirExists(relative)) {
+    return true;
+  }
+  return QDir().mkpath(Resolve(relative));
+}
+
+std::optional<QList<QByteArray>> DataDir::ReadLines(QStringView relative) const {
+  const auto bytes = ReadFileBytes(Resolve(relative));
+  if (!bytes) {
+    return std::nullopt;
+  }
+  return SplitLines(*bytes);
+}
+
+bool DataDir::WriteLines(QStringView relative, const QList<QByteArray>& lines) const {
+  qsizetype size = 0;
+  for (const QByteArray& line : lines) {
+    size += line.size() + 2;
+  }
+  QByteArray bytes;
+  bytes.reserve(size);
+  for (const QByteArray& line : lines) {
+    bytes.append(line);
+    bytes.append("\r\n", 2);
+  }
+  return WriteBytes(relative, bytes);
+}
+
+bool DataDir::WriteBytes(QStringView relative, const QByteArray& bytes) const {
+  QStringList parts = Components(relative);
+  if (parts.isEmpty()) {
+    return false;
+  }
+  parts.removeLast();
+  if (!parts.isEmpty() && !MakeDir(parts.join(QLatin1Char('/')))) {
+    return false;
+  }
+  QSaveFile file(Resolve(relative));
+  if (!file.open(QIODevice::WriteOnly)) {
+    return false;
+  }
+  if (file.write(bytes) != bytes.size()) {
+    file.cancelWriting();
+    return false;
+  }
+  return file.commit();
+}
+
+bool DataDir::Remove(QStringView relative) const { return QFile::remove(Resolve(relative)); }
+
+QStringList DataDir::ListFiles(QStringView folder, const QString& pattern) const {
+  const QString path = folder.isEmpty() ? root_ : Resolve(folder);
+  const QRegularExpression match(QRegularExpression::wildcardToRegularExpression(pattern),
+                                 QRegularExpression::CaseInsensitiveOption);
+  QStringList names;
+  QDirIterator it(path, QDir::Files | QDir::Hidden | QDir::System);
+  while (it.hasNext()) {
+    it.next();
+    const QString name = it.fileName();
+    if (pattern == QLatin1String("*") || match.match(name).hasMatch()) {
+      names.append(name);
+    }
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+QString DataDir::DefaultLocation(const QString& executableDir) {
+  if (QFileInfo::exists(executableDir + QStringLiteral("/portable"))) {
+    return executableDir;
+  }
+  QString base = qEnvironmentVariable("XDG_DATA_HOME");
+  if (base.isEmpty() || !QDir::isAbsolutePath(base)) {
+    base = QDir::homePath() + QStringLiteral("/.local/share");
+  }
+  return base + QStringLiteral("/minutor");
+}
+
+QString DataDir::ShippedLocation(const QString& executableDir) {
+  const QStringList candidates = {
+      executableDir + QStringLiteral("/../share/minutor"),
+      QStringLiteral(MINUTOR_INSTALLED_DATA_DIR),
+      QStringLiteral(MINUTOR_BUILD_DATA_DIR),
+  };
+  for (const QString& candidate : candidates) {
+    if (QFileInfo::exists(candidate + QStringLiteral("/Tarife"))) {
+      return QDir::cleanPath(candidate);
+    }
+  }
+  return {};
+}
+
+void DataDir::CopyShippedFiles(const QString& shippedDir) const {
+  if (shippedDir.isEmpty()) {
+    return;
+  }
+  const QDir source(shippedDir);
+  QDirIterator it(shippedDir, QDir::Files, QDirIterator::Subdirectories);
+  while (it.hasNext()) {
+    const QString from = it.next();
+    const QString relative = source.relativeFilePath(from);
+    if (FileExists(relative)) {
+      continue;
+    }
+    const auto bytes = ReadFileBytes(from);
+    if (bytes) {
+      WriteBytes(relative, *bytes);
+    }
+  }
+}
+
+QList<QByteArray> SplitLines(const QByteArray& bytes) {
+  QList<QByteArray> lines;
+  qsizetype start = 0;
+  const qsizetype size = bytes.size();
+  while (start < size) {
+    qsizetype end = bytes.indexOf('\n', start);
+    const qsizetype next = end < 0 ? size : end + 1;
+    if (end < 0) {
+      end = size;
+    }
+    qsizetype stop = end;
+    if (stop > start && bytes.at(stop - 1) == '\r') {
+      --stop;
+    }
+    lines.append(bytes.mid(start, stop - start));
+    start = next;
+  }
+  return lines;
+}
+
+std::optional<QByteArray> ReadFileBytes(const QString& absolutePath) {
+  const int fd = ::open(QFile::encodeName(absolutePath).constData(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) {
+    return std::nullopt;
+  }
+  struct stat st {};
+  if (::fstat(fd, &st) != 0 || S_ISDIR(st.st_mode)) {
+    ::close(fd);
+    return std::nullopt;
+  }
+  QByteArray bytes;
+  char buffer[4096];
+  for (;;) {
+    const ssize_t got = ::read(fd, buffer, sizeof buffer);
+    if (got < 0) {
+      ::close(fd);
+      return std::nullopt;
+    }
+    if (got == 0) {
+      break;
+    }
+    bytes.append(buffer, got);
+  }
+  ::close(fd);
+  return bytes;
+}
+
+}  // namespace minutor

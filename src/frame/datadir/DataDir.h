@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace minutor {
+
+// The data directory and the one place that reads and writes its text files.
+//
+// Paths are given relative to the root, with "/" or "\" between components
+// ("Config/Options.cfg", "\Config\Options.cfg"). Every component is looked up
+// without regard to case, because the files are exchanged with installations
+// on systems whose file names are case-blind: "config/options.CFG" finds
+// "Config/Options.cfg". A component that doesn't exist keeps the spelling given.
+class DataDir {
+ public:
+  explicit DataDir(QString root);
+
+  const QString& Root() const { return root_; }
+
+  // Absolute path of a relative one, existing components in their real case.
+  QString Resolve(QStringView relative) const;
+
+  bool FileExists(QStringView relative) const;
+  bool DirExists(QStringView relative) const;
+
+  // Makes the folder (and the folders above it) when the lookup doesn't find it.
+  bool MakeDir(QStringView relative) const;
+
+  // The lines of a text file without their CR LF or LF; nullopt when the file
+  // can't be read. A last line without a line end counts as a line.
+  std::optional<QList<QByteArray>> ReadLines(QStringView relative) const;
+
+  // Writes each line followed by CR LF, replacing the file whole. The new
+  // content appears under the name only once it is completely on disk, so a
+  // crash leaves either the old file or the new one. Makes the folder first.
+  bool WriteLines(QStringView relative, const QList<QByteArray>& lines) const;
+
+  // Writes raw bytes the same way.
+  bool WriteBytes(QStringView relative, const QByteArray& bytes) const;
+
+  bool Remove(QStringView relative) const;
+
+  // File names in a folder that match a wildcard pattern ("*.con",
+  // "Foo*.*"), compared without case, sorted by name. Empty when the folder is
+  // missing.
+  QStringList ListFiles(QStringView folder, const QString& pattern = QStringLiteral("*")) const;
+
+  // The data directory of this user: the executable's own folder when a file
+  // named "portable" lies beside it, else $XDG_DATA_HOME/minutor.
+  static QString DefaultLocation(const QString& executableDir);
+
+  // Where the shipped files (tariffs, sounds, server list) are found: the
+  // installation's data folder, or the source tree when run from a build.
+  static QString ShippedLocation(const QString& executableDir);
+
+  // Copies every shipped file that the data directory lacks. Files that exist,
+  // in whatever case, are never overwritten.
+  void CopyShippedFiles(const QString& shippedDir) const;
+
+ private:
+  QString root_;
+};
+
+// Splits the bytes of a text file into lines (CR LF or LF).
+QList<QByteArray> SplitLines(const QByteArray& bytes);
+
+// Reads a whole file with plain system calls; nullopt when it can't be opened.
+std::optional<QByteArray> ReadFileBytes(const QString& absolutePath);
+
+}  // namespace minutor

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+namespace minutor {
+
+// False when the text has more than 255 characters or holds one of
+// \ / : * ? " < > |, so that it can't serve as a file name.
+bool IsValidName(QStringView text);
+
+// The login name of the user running the program, at most 24 characters as
+// the old buffer held; "" when it can't be found.
+QString GetLogonName();
+
+// The text before the first null character.
+QString CutAtNull(const QString& text);
+
+}  // namespace minutor

@@ -1,0 +1,16 @@
+#include "support/RecordingPrompter.h"
+
+namespace minutor::test {
+
+void RecordingPrompter::Message(const QString& text, Icon icon, const QString&) {
+  messages.append(text);
+  icons.append(icon);
+}
+
+Prompter::Answer RecordingPrompter::Ask(const QString& text, const QString&, bool) {
+  messages.append(text);
+  icons.append(Icon::Question);
+  return answers.isEmpty() ? Answer::Cancel : answers.takeFirst();
+}
+
+}  // namespace minutor::test

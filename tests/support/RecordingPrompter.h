@@ -1,0 +1,21 @@
+#pragma once
+
+#include "frame/Prompter.h"
+
+#include <QList>
+#include <QStringList>
+
+namespace minutor::test {
+
+// Remembers every message and answers questions from a prepared list.
+class RecordingPrompter final : public Prompter {
+ public:
+  void Message(const QString& text, Icon icon, const QString& title = {}) override;
+  Answer Ask(const QString& text, const QString& title, bool withCancel) override;
+
+  QStringList messages;
+  QList<Icon> icons;
+  QList<Answer> answers;  // taken from the front; Cancel when empty
+};
+
+}  // namespace minutor::test
