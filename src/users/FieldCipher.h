@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QByteArray>
+
+namespace minutor {
+
+// The text cipher of every stored field in user files, connection records and
+// dial-up credentials. Plain text and cipher text are Windows-1252 bytes; the
+// cipher text holds only bytes 100 to 199, so a field fits on one line.
+
+// With an empty pass phrase the default "GreenBishop" is used.
+QByteArray EncryptText(const QByteArray& text, const QByteArray& passPhrase);
+QByteArray DecryptText(const QByteArray& cipher, const QByteArray& passPhrase);
+
+// The cipher with the program's fixed pass phrase. Empty stays empty.
+QByteArray EncryptField(const QByteArray& value);
+QByteArray EncryptField(qint64 value);
+QByteArray DecryptField(const QByteArray& cipher);
+
+// The pieces of the cipher, public for the tests.
+qint32 DeriveS(const QByteArray& passPhrase);
+QByteArray SplitOddEven(const QByteArray& text);
+QByteArray MergeOddEven(const QByteArray& text);
+QByteArray SqueezeBlanks(const QByteArray& text);
+
+}  // namespace minutor
