@@ -98,7 +98,7 @@ std::optional<QList<QByteArray>> DataDir::ReadLines(QStringView relative) const 
   return SplitLines(*bytes);
 }
 
-bool DataDir::WriteLines(QStringView relative, const QList<QByteArray>& lines) const {
+bool DataDir::WriteLines(QStringView relative, const QList<QByteArray>& lines, WriteStage* stage) const {
   qsizetype size = 0;
   for (const QByteArray& line : lines) {
     size += line.size() + 2;
@@ -109,10 +109,13 @@ bool DataDir::WriteLines(QStringView relative, const QList<QByteArray>& lines) c
     bytes.append(line);
     bytes.append("\r\n", 2);
   }
-  return WriteBytes(relative, bytes);
+  return WriteBytes(relative, bytes, stage);
 }
 
-bool DataDir::WriteBytes(QStringView relative, const QByteArray& bytes) const {
+bool DataDir::WriteBytes(QStringView relative, const QByteArray& bytes, WriteStage* stage) const {
+  if (stage != nullptr) {
+    *stage = WriteStage::Open;
+  }
   QStringList parts = Components(relative);
   if (parts.isEmpty()) {
     return false;
@@ -128,6 +131,9 @@ bool DataDir::WriteBytes(QStringView relative, const QByteArray& bytes) const {
   if (file.write(bytes) != bytes.size()) {
     file.cancelWriting();
     return false;
+  }
+  if (stage != nullptr) {
+    *stage = WriteStage::Commit;
   }
   return file.commit();
 }

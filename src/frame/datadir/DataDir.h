@@ -38,10 +38,13 @@ class DataDir {
   // Writes each line followed by CR LF, replacing the file whole. The new
   // content appears under the name only once it is completely on disk, so a
   // crash leaves either the old file or the new one. Makes the folder first.
-  bool WriteLines(QStringView relative, const QList<QByteArray>& lines) const;
+  // On failure, `stage` tells whether the file couldn't be opened or written
+  // (Open) or the finished file couldn't take the place of the old (Commit).
+  enum class WriteStage { Open, Commit };
+  bool WriteLines(QStringView relative, const QList<QByteArray>& lines, WriteStage* stage = nullptr) const;
 
   // Writes raw bytes the same way.
-  bool WriteBytes(QStringView relative, const QByteArray& bytes) const;
+  bool WriteBytes(QStringView relative, const QByteArray& bytes, WriteStage* stage = nullptr) const;
 
   bool Remove(QStringView relative) const;
 

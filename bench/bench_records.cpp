@@ -1,0 +1,121 @@
+// Times the program's record reader against plain reads of the same files.
+//
+//   bench_records [N]     N records (default 100000) in a temporary data directory
+//
+// Prints both times and, last, "ratio R": reader time / baseline time.
+
+#include "frame/datadir/DataDir.h"
+#include "metering/ConnectionRecord.h"
+#include "users/FieldCipher.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace minutor;
+
+namespace {
+
+QStringList MakeRecords(const DataDir& dir, int count) {
+  QStringList paths;
+  paths.reserve(count);
+  const QString folder = dir.Resolve(kRecordFolder);
+  for (int i = 0; i < count; ++i) {
+    const int day = 1 + i % 28;
+    const int month = 1 + (i / 28) % 12;
+    const int second = i / 336;
+    RecordLabels l;
+    l.startTag = QStringLiteral("%1%2%3")
+                     .arg(day, 2, 10, QLatin1Char('0'))
+                     .arg(month, 2, 10, QLatin1Char('0'))
+                     .arg(2000 + (i / 336) % 27);
+    l.startTime = QStringLiteral("%1:%2:%3")
+                      .arg(second / 3600 % 24, 2, 10, QLatin1Char('0'))
+                      .arg(second / 60 % 60, 2, 10, QLatin1Char('0'))
+                      .arg(second % 60, 2, 10, QLatin1Char('0'));
+    l.dauer = QStringLiteral("00:%1:17").arg(i % 60, 2, 10, QLatin1Char('0'));
+    l.kosten = QStringLiteral("%1,%2 €").arg(i % 7).arg(i % 1000, 3, 10, QLatin1Char('0'));
+    l.einheiten = QString::number(i % 90);
+    l.bytesIn = QStringLiteral("%1 Bytes").arg(i * 1733);
+    l.bytesOut = QStringLiteral("%1 Bytes").arg(i * 211);
+    l.bytesInOut = QStringLiteral("%1 Bytes").arg(i * 1944);
+    l.connectionName = QStringLiteral("Mobilfunk-Stick");
+    l.tarif = QStringLiteral("Funkwelle - Tag und Nacht.tel");
+    l.benutzer = QStringLiteral("Supervisor");
+    QList<QByteArray> lines;
+    for (const QByteArray& plain : RecordPlainLines(l)) {
+      lines.append(EncryptField(plain));
+    }
+    const QString name = RecordFileName(l.startTag, l.startTime);
+    dir.WriteLines(kRecordFolder + QLatin1Char('/') + name, lines);
+    paths.append(folder + QLatin1Char('/') + name);
+  }
+  paths.removeDuplicates();
+  return paths;
+}
+
+qint64 TimeReader(const QStringList& paths, qint64* checksum) {
+  QElapsedTimer timer;
+  timer.start();
+  for (const QString& path : paths) {
+    const auto fields = ReadRecordFields(path, 11);
+    if (fields) {
+      for (const QByteArray& field : *fields) {
+        *checksum += field.size();
+      }
+    }
+  }
+  return timer.nsecsElapsed();
+}
+
+qint64 TimeBaseline(const QStringList& paths, qint64* checksum) {
+  QElapsedTimer timer;
+  timer.start();
+  char buffer[4096];
+  for (const QString& path : paths) {
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY);
+    if (fd < 0) {
+      continue;
+    }
+    ssize_t got = 0;
+    while ((got = ::read(fd, buffer, sizeof buffer)) > 0) {
+      *checksum += got;
+    }
+    ::close(fd);
+  }
+  return timer.nsecsElapsed();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  QCoreApplication app(argc, argv);
+  const int count = argc > 1 ? std::max(1, QByteArray(argv[1]).toInt()) : 100000;
+  QTemporaryDir temp;
+  const DataDir dir(temp.path());
+  const QStringList paths = MakeRecords(dir, count);
+  std::printf("records %lld\n", static_cast<long long>(paths.size()));
+
+  // Best of three rounds each, alternating, so that both see the same cache.
+  qint64 reader = 0;
+  qint64 baseline = 0;
+  qint64 checksum = 0;
+  for (int round = 0; round < 3; ++round) {
+    const qint64 b = TimeBaseline(paths, &checksum);
+    const qint64 r = TimeReader(paths, &checksum);
+    baseline = round == 0 ? b : std::min(baseline, b);
+    reader = round == 0 ? r : std::min(reader, r);
+  }
+  std::printf("baseline %.1f ms\n", static_cast<double>(baseline) / 1e6);
+  std::printf("reader %.1f ms\n", static_cast<double>(reader) / 1e6);
+  std::printf("checksum %lld\n", static_cast<long long>(checksum));
+  std::printf("ratio %.2f\n",
+              static_cast<double>(reader) / static_cast<double>(std::max<qint64>(baseline, 1)));
+  return 0;
+}

@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Installs what is needed, builds Minutor and starts it.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+bash scripts/install-deps.sh
+cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+cmake --build build
+exec build/src/app/minutor

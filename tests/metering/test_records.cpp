@@ -1,0 +1,163 @@
+#include "frame/datadir/DataDir.h"
+#include "metering/ConnectionRecord.h"
+#include "support/RecordingPrompter.h"
+#include "support/TempDataDir.h"
+#include "users/FieldCipher.h"
+
+#include <QDir>
+#include <QTest>
+
+using namespace minutor;
+
+namespace {
+
+RecordLabels SampleLabels() {
+  RecordLabels l;
+  l.startTag = QStringLiteral("05032026");
+  l.startTime = QStringLiteral("09:04:07");
+  l.dauer = QStringLiteral("00:12:30");
+  l.kosten = QStringLiteral("1,234 €");
+  l.einheiten = QStringLiteral("13");
+  l.bytesIn = QStringLiteral("1.234.567 Bytes");
+  l.bytesOut = QStringLiteral("89.000 Bytes");
+  l.bytesInOut = QStringLiteral("1.323.567 Bytes");
+  l.connectionName = QStringLiteral("Mobilfunk-Stick");
+  l.tarif = QStringLiteral("Funkwelle - Tag und Nacht.tel");
+  l.benutzer = QStringLiteral("Anna B");
+  return l;
+}
+
+}  // namespace
+
+// Runs with a German locale: labels and records carry a decimal comma.
+class TestRecords : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void labelsBecomeTheRecordsValues() {
+    RecordLabels l = SampleLabels();
+    QCOMPARE(RecordPlainLines(l),
+             (QList<QByteArray>{"S05.03.2026", "09:04:07", "00:12:30", "S1,23", "13", "1234567", "89000",
+                                "1323567", "Mobilfunk-Stick", "Funkwelle - Tag und Nacht.tel", "Anna B"}));
+
+    // Within the free allowance the cost is the bracket form, and reads as 0.
+    l.kosten = QStringLiteral("0 (0,120 €)");
+    QCOMPARE(RecordPlainLines(l).at(3), QByteArray("S0,00"));
+    l.kosten = QStringLiteral("12.5");
+    QCOMPARE(RecordPlainLines(l).at(3), QByteArray("S12,50"));
+
+    for (const char* units : {"sek.genau", "Flatrate", ""}) {
+      l.einheiten = QString::fromUtf8(units);
+      QCOMPARE(RecordPlainLines(l).at(4), QByteArray("0"));
+    }
+    l.bytesIn = l.bytesOut = l.bytesInOut = QStringLiteral("unbekannt");
+    l.connectionName = QStringLiteral("unbekannt");
+    const auto unknown = RecordPlainLines(l);
+    QCOMPARE(unknown.mid(5, 4), (QList<QByteArray>{"0", "0", "0", "unbekannt"}));
+    l.bytesIn = QStringLiteral("Byte");  // too short to hold " Bytes"
+    QCOMPARE(RecordPlainLines(l).at(5), QByteArray("0"));
+  }
+
+  void fileNameHoldsTheStart() {
+    QCOMPARE(RecordFileName(QStringLiteral("05032026"), QStringLiteral("9:04:07")),
+             QStringLiteral("05032026-090407.con"));
+    QCOMPARE(RecordFileName(QStringLiteral("05032026"), QStringLiteral("9:04:07 PM")),
+             QStringLiteral("05032026-210407.con"));
+    QCOMPARE(RecordFileName(QStringLiteral("05032026"), QStringLiteral("12:00:00 AM")),
+             QStringLiteral("05032026-000000.con"));
+    QCOMPARE(RecordFileName(QStringLiteral("05032026"), QStringLiteral("25:00:00")), QString());
+    QCOMPARE(RecordFileName(QStringLiteral("05032026"), QStringLiteral("gestern")), QString());
+    QCOMPARE(RecordFileName(QStringLiteral("05/03/2026"), QStringLiteral("09:04:07")), QString());
+  }
+
+  void savedRecordReadsBack() {
+    test::TempDataDir data;
+    test::RecordingPrompter prompter;
+    QCOMPARE(SaveConnection(data.dir(), SampleLabels(), prompter), SaveResult::Saved);
+    QVERIFY(prompter.messages.isEmpty());
+
+    const QString name = QStringLiteral("05032026-090407.con");
+    const QByteArray bytes = data.read(QStringLiteral("Verbindungen/") + name);
+    QCOMPARE(bytes.count("\r\n"), 11);
+    for (const char c : bytes) {
+      const auto b = static_cast<unsigned char>(c);
+      QVERIFY(b == '\r' || b == '\n' || (b >= 100 && b <= 199));
+    }
+    const auto fields = ReadRecordFields(data.path(QStringLiteral("Verbindungen/") + name));
+    QVERIFY(fields.has_value());
+    QCOMPARE(*fields, RecordPlainLines(SampleLabels()));
+    QCOMPARE(RecordUser(data.dir(), name), QStringLiteral("Anna B"));
+    QCOMPARE(GetRecordUser(data.dir(), name), QStringLiteral("Anna B"));
+    QCOMPARE(RecordCost(data.dir(), name), static_cast<double>(1.23f));
+
+    // A second record starting in the same second replaces the first.
+    RecordLabels again = SampleLabels();
+    again.benutzer = QStringLiteral("Supervisor");
+    QCOMPARE(SaveConnection(data.dir(), again, prompter), SaveResult::Saved);
+    QCOMPARE(RecordUser(data.dir(), name), QStringLiteral("Supervisor"));
+    QCOMPARE(QDir(data.path(QStringLiteral("Verbindungen"))).entryList(QDir::Files | QDir::Hidden).size(), 1);
+  }
+
+  void noStartWritesNothing() {
+    test::TempDataDir data;
+    test::RecordingPrompter prompter;
+    RecordLabels l = SampleLabels();
+    l.startTag.clear();
+    QCOMPARE(SaveConnection(data.dir(), l, prompter), SaveResult::NoStart);
+    QVERIFY(prompter.messages.isEmpty());
+    QVERIFY(QDir(data.path(QStringLiteral("Verbindungen"))).isEmpty());
+  }
+
+  void failuresAreReportedWithTheirSubcode() {
+    test::TempDataDir data;
+    test::RecordingPrompter prompter;
+    RecordLabels l = SampleLabels();
+    l.startTime = QStringLiteral("kaputt");
+    QCOMPARE(SaveConnection(data.dir(), l, prompter), SaveResult::Failed);
+    QCOMPARE(prompter.messages.last(),
+             QStringLiteral("Fehler beim speichern der Verbindungsdaten aufgetreten. Subcode 1."));
+    QCOMPARE(prompter.icons.last(), Prompter::Icon::Critical);
+
+    // A folder where the record should go: the file can't be opened for writing.
+    QVERIFY(QDir().mkpath(data.path(QStringLiteral("Verbindungen/05032026-090407.con"))));
+    QCOMPARE(SaveConnection(data.dir(), SampleLabels(), prompter), SaveResult::Failed);
+    QCOMPARE(prompter.messages.last(),
+             QStringLiteral("Fehler beim speichern der Verbindungsdaten aufgetreten. Subcode 2."));
+    QCOMPARE(QDir(data.path(QStringLiteral("Verbindungen"))).entryList(QDir::Files | QDir::Hidden).size(), 0);
+
+    // The folder of the records can't be made.
+    test::TempDataDir blocked;
+    blocked.write(QStringLiteral("Verbindungen"), "eine Datei");
+    QCOMPARE(SaveConnection(blocked.dir(), SampleLabels(), prompter), SaveResult::Failed);
+    QCOMPARE(prompter.messages.last(),
+             QStringLiteral("Fehler beim speichern der Verbindungsdaten aufgetreten. Subcode 1."));
+  }
+
+  void damagedRecordsGiveWhatTheyHold() {
+    test::TempDataDir data;
+    // Five lines: the user reader takes the last line read, which is units.
+    QByteArray shortRecord;
+    for (const QByteArray& plain : RecordPlainLines(SampleLabels()).mid(0, 5)) {
+      shortRecord += EncryptField(plain) + "\r\n";
+    }
+    data.write(QStringLiteral("Verbindungen/01012026-000000.con"), shortRecord);
+    QCOMPARE(RecordUser(data.dir(), QStringLiteral("01012026-000000.con")), QStringLiteral("13"));
+    QCOMPARE(RecordCost(data.dir(), QStringLiteral("01012026-000000.con")), static_cast<double>(1.23f));
+
+    // Written on a system with a decimal point.
+    data.write(QStringLiteral("Verbindungen/02012026-000000.CON"),
+               EncryptField("S01.01.2026") + "\r\n\r\n\r\n" + EncryptField("S2.50") + "\r\n");
+    QCOMPARE(RecordCost(data.dir(), QStringLiteral("02012026-000000.con")), 2.5);
+
+    data.write(QStringLiteral("Verbindungen/leer.con"), "");
+    QCOMPARE(RecordUser(data.dir(), QStringLiteral("leer.con")), QString());
+    QCOMPARE(RecordCost(data.dir(), QStringLiteral("leer.con")), 0.0);
+    QCOMPARE(RecordCost(data.dir(), QStringLiteral("fehlt.con")), 0.0);
+    QCOMPARE(RecordNameMonth(QStringLiteral("x.con")), QString());
+    QCOMPARE(RecordNameMonth(QStringLiteral("05032026-090407.con")), QStringLiteral("03"));
+    QCOMPARE(RecordNameYear(QStringLiteral("05032026-090407.con")), QStringLiteral("2026"));
+  }
+};
+
+QTEST_APPLESS_MAIN(TestRecords)
+#include "test_records.moc"
