@@ -9,7 +9,13 @@
 
 #include <QLocale>
 
+#include <QFile>
+
 #include <cmath>
+#include <cstring>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace minutor {
 
@@ -155,18 +161,52 @@ SaveResult SaveConnection(const DataDir& dir, const RecordLabels& labels, Prompt
 }
 
 std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, int count) {
-  const auto bytes = ReadFileBytes(absolutePath);
-  if (!bytes) {
+  // Records are read by the thousand when the history is scanned, so this
+  // path stays close to the bare system calls: one read into a stack buffer
+  // for a record of normal size, and the fields deciphered in place.
+  const int fd = ::open(QFile::encodeName(absolutePath).constData(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) {
     return std::nullopt;
   }
-  QList<QByteArray> lines = SplitLines(*bytes);
-  if (lines.size() > count) {
-    lines.resize(count);
+  char small[2048];
+  QByteArray large;
+  qsizetype size = 0;
+  for (;;) {
+    char* target = large.isEmpty() ? small + size : large.data() + size;
+    const qsizetype room = large.isEmpty() ? qsizetype(sizeof small) - size : large.size() - size;
+    const ssize_t got = ::read(fd, target, static_cast<size_t>(room));
+    if (got < 0) {
+      ::close(fd);
+      return std::nullopt;
+    }
+    if (got == 0) {
+      break;
+    }
+    size += got;
+    if (size == (large.isEmpty() ? qsizetype(sizeof small) : large.size())) {
+      if (large.isEmpty()) {
+        large = QByteArray(small, size);
+      }
+      large.resize(large.size() * 2);
+    }
   }
-  for (QByteArray& line : lines) {
-    line = DecryptField(line);
+  ::close(fd);
+  const char* bytes = large.isEmpty() ? small : large.constData();
+
+  QList<QByteArray> fields;
+  fields.reserve(count);
+  qsizetype start = 0;
+  while (start < size && fields.size() < count) {
+    const char* newline = static_cast<const char*>(std::memchr(bytes + start, '\n', size - start));
+    const qsizetype end = newline != nullptr ? newline - bytes : size;
+    qsizetype stop = end;
+    if (stop > start && bytes[stop - 1] == '\r') {
+      --stop;
+    }
+    fields.append(DecryptField(QByteArray::fromRawData(bytes + start, stop - start)));
+    start = end + 1;
   }
-  return lines;
+  return fields;
 }
 
 QString RecordUser(const DataDir& dir, const QString& fileName) {
