@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include "frame/Clock.h"
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/DataDir.h"
 #include "metering/ConnectionRecord.h"
@@ -110,7 +111,7 @@ int TariffList(const DataDir& dir, const Io& io) {
 
 int TariffPrice(const DataDir& dir, QStringList args, const Io& io) {
   bool holiday = false;
-  QDateTime at = QDateTime::currentDateTime();
+  QDateTime at = SystemClock().Now();
   QString file;
   while (!args.isEmpty()) {
     const QString arg = args.takeFirst();

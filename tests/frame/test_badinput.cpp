@@ -1,0 +1,135 @@
+#include "desk/FreeAllowance.h"
+#include "frame/AppState.h"
+#include "frame/Options.h"
+#include "frame/StartUp.h"
+#include "frame/datadir/NoteFile.h"
+#include "frame/datadir/TaxFile.h"
+#include "metering/ConnectionRecord.h"
+#include "support/RecordingPrompter.h"
+#include "support/TempDataDir.h"
+#include "users/FieldCipher.h"
+#include "users/UserFile.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+using namespace minutor;
+
+// Damaged and hostile files fed to every reader of settings, users and
+// records. Nothing may crash or hang, and the fallbacks must hold. The suite
+// runs under the address and undefined-behaviour sanitizers too.
+class TestBadInput : public QObject {
+  Q_OBJECT
+
+  QRandomGenerator random_{20261122};
+
+  QByteArray randomBytes(int size, int low = 0, int high = 256) {
+    QByteArray bytes(size, '\0');
+    for (char& b : bytes) {
+      b = static_cast<char>(random_.bounded(low, high));
+    }
+    return bytes;
+  }
+
+  QList<QByteArray> samples() {
+    QList<QByteArray> all = {QByteArray(),
+                             QByteArray("\r\n\r\n\r\n"),
+                             QByteArray("\n"),
+                             QByteArray(1 << 20, '9'),
+                             QByteArray(1 << 20, '\n'),
+                             QByteArray("-99999999999999999999999\r\n1e308\r\nnan\r\n-inf\r\n"),
+                             QByteArray("\0\0\0", 3)};
+    for (int i = 0; i < 40; ++i) {
+      all.append(randomBytes(random_.bounded(1, 400)));
+      all.append(randomBytes(random_.bounded(1, 400), 98, 202));  // near the cipher's range
+    }
+    return all;
+  }
+
+ private slots:
+  void settingsFilesWithGarbage() {
+    test::TempDataDir data;
+    test::RecordingPrompter prompter;
+    for (const QByteArray& content : samples()) {
+      for (const char* name :
+           {"Config/Options.cfg", "Config/Monitoring.cfg", "Config/ConCheck.cfg", "Config/IgnoredIPs.cfg",
+            "Tax.dat", "Note.dat", "Benutzer/Supervisor.usr", "Benutzer/Supervisor.bdg"}) {
+        data.write(QString::fromLatin1(name), content);
+      }
+      AppState state;
+      LoadOptions(data.dir(), state);
+      QVERIFY(!state.Waehrung.isEmpty());
+      LoadMonitoring(data.dir(), state);
+      LoadConCheck(data.dir(), state);
+      QVERIFY(state.CheckInterval >= 1 && state.CheckInterval <= 10);
+      QVERIFY(!state.IgnoredIPTable.isEmpty());
+      QVERIFY(ReadTax(data.dir(), prompter) <= 100);
+      LoadNote(data.dir());
+      QVERIFY(ReadUserFile(data.dir(), kSupervisor).has_value());
+      QVERIFY(ReadBudgetFile(data.dir(), QStringLiteral("Benutzer/Supervisor.bdg")).has_value());
+      // Damaged files are never replaced at start.
+      CreateDefaultUser(data.dir());
+      QCOMPARE(data.read(QStringLiteral("Benutzer/Supervisor.usr")), content);
+    }
+  }
+
+  void recordsWithGarbage() {
+    test::TempDataDir data;
+    data.write(QStringLiteral("Tarife/Mobil - Frei.tel"), "Freiminuten:60\r\n");
+    data.write(QStringLiteral("Tarife/Netz - Volumen.tel"), "Volumengrenze:100\r\n");
+    const QString name = QStringLiteral("01032026-120000.con");
+    const QString path = data.path(QStringLiteral("Verbindungen/") + name);
+    for (const QByteArray& content : samples()) {
+      data.write(QStringLiteral("Verbindungen/") + name, content);
+      data.write(QStringLiteral("Verbindungen/x"), content);  // a name too short for a date
+      QVERIFY(ReadRecordFields(path).has_value());
+      QVERIFY(ReadRecordFields(path)->size() <= 12);
+      RecordUser(data.dir(), name);
+      RecordCost(data.dir(), name);
+      ComputeFreeAllowance(data.dir(), QStringLiteral("Mobil - Frei.tel"), QDate(2026, 3, 5));
+      ComputeFreeAllowance(data.dir(), QStringLiteral("Netz - Volumen.tel"), QDate(2026, 3, 5));
+    }
+  }
+
+  void truncatedRecords() {
+    test::TempDataDir data;
+    RecordLabels l;
+    l.startTag = QStringLiteral("01032026");
+    l.startTime = QStringLiteral("12:00:00");
+    l.dauer = QStringLiteral("00:10:00");
+    l.kosten = QStringLiteral("0,50 €");
+    l.einheiten = QStringLiteral("10");
+    l.bytesIn = l.bytesOut = l.bytesInOut = QStringLiteral("1.000 Bytes");
+    l.connectionName = QStringLiteral("Stick");
+    l.tarif = QStringLiteral("Mobil - Frei.tel");
+    l.benutzer = QStringLiteral("Supervisor");
+    test::RecordingPrompter prompter;
+    QCOMPARE(SaveConnection(data.dir(), l, prompter), SaveResult::Saved);
+    const QString name = QStringLiteral("01032026-120000.con");
+    const QByteArray whole = data.read(QStringLiteral("Verbindungen/") + name);
+    data.write(QStringLiteral("Tarife/Mobil - Frei.tel"), "Freiminuten:60\r\n");
+    for (int size = 0; size <= whole.size(); ++size) {
+      data.write(QStringLiteral("Verbindungen/") + name, whole.left(size));
+      const auto fields = ReadRecordFields(data.path(QStringLiteral("Verbindungen/") + name));
+      QVERIFY(fields.has_value());
+      QVERIFY(fields->size() <= 11);
+      if (fields->size() < 4) {
+        QCOMPARE(RecordUser(data.dir(), name),
+                 fields->isEmpty() ? QString() : QString::fromLatin1(fields->last()));
+      }
+      ComputeFreeAllowance(data.dir(), QStringLiteral("Mobil - Frei.tel"), QDate(2026, 3, 5));
+    }
+  }
+
+  void cipherWithGarbage() {
+    for (const QByteArray& content : samples()) {
+      const QByteArray line = content.left(300);
+      const QByteArray plain = DecryptField(line);
+      QVERIFY(plain.size() <= line.size());
+      QCOMPARE(DecryptField(EncryptField(line)), line);
+    }
+  }
+};
+
+QTEST_APPLESS_MAIN(TestBadInput)
+#include "test_badinput.moc"
