@@ -30,6 +30,8 @@ struct AppState {
   // Detection
   bool MonitoringOn = true;
   bool RecordingActive = false;
+  // What started the recording: 0 by hand, 1 Internet state, 2 TAPI, 3 IP.
+  int DetectionSource = 0;
   bool MethodIP = false;
   bool MethodIE = true;
   bool MethodLAN = false;
