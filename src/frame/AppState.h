@@ -17,6 +17,14 @@ struct AppState {
 
   // System
   QString WinVersion;
+  // Traffic of the running connection as last read: bytes since the
+  // counter's origin, and bytes per second.
+  double BytesOut = 0;
+  double BytesIn = 0;
+  double BytesTotal = 0;
+  float BytesInPerSecond = 0;
+  float BytesOutPerSecond = 0;
+  float BytesTotalPerSecond = 0;
 
   // Tariff
   QString AktuellerTarif;
@@ -26,12 +34,17 @@ struct AppState {
 
   // User
   QString ActiveUser = QStringLiteral("Supervisor");
+  bool NoMonitoringSettings = false;
+  bool DayLimitOn = false;
+  bool MonthLimitOn = false;
 
   // Detection
   bool MonitoringOn = true;
   bool RecordingActive = false;
   // What started the recording: 0 by hand, 1 Internet state, 2 TAPI, 3 IP.
   int DetectionSource = 0;
+  // The connection was dialled by the program itself.
+  bool DialedByProgram = false;
   bool MethodIP = false;
   bool MethodIE = true;
   bool MethodLAN = false;
