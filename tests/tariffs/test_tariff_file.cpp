@@ -1,8 +1,9 @@
 #include "TariffText.h"
 #include "support/TempDataDir.h"
-#include "tariffs/ChargeSequence.h"
 #include "tariffs/PriceTexts.h"
+#include "tariffs/RateLookup.h"
 #include "tariffs/TariffFile.h"
+#include "tariffs/TariffPeeks.h"
 
 #include <QDir>
 #include <QRandomGenerator>
@@ -206,16 +207,12 @@ class TestTariffFile : public QObject {
       data.write(QStringLiteral("Tarife/") + file, content);
       const auto tarif = ReadTarif(dir, file);
       QVERIFY(tarif);
-      ChargeSequence sequence(dir, file);
-      sequence.Start(test::At(1, 0, 59, 58), true, true);
-      for (int tick = 0; tick < 4; ++tick) {
-        sequence.Tick(test::At(1, 0, 59, 58).addSecs(tick), true, true, tick % 2 == 0);
-      }
-      const VolumenStart volumen = StartVolumen(dir, file, true);
+      const float unitCost = UnitCost(GetTarifPreis(dir, file, test::At(1, 0, 59, 58), true),
+                                      ParseTakt(GetActualTakt(dir, file)).rest);
       QVERIFY(!AktuellerPreisText(dir, file, test::At(1, 1), false, QStringLiteral("€")).isEmpty());
       if (keyless.contains(content)) {
         QVERIFY(*tarif == nothing);
-        QCOMPARE(sequence.Kosten() + volumen.Kosten, 0.0f);
+        QCOMPARE(unitCost + GetGrundgebuehrJeVerbindung(dir, file) + GetVolumenkosten(dir, file), 0.0f);
         QCOMPARE(GetPreisEinheit(dir, file), QStringLiteral("Minute"));
       }
     }

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <optional>
+
+namespace minutor {
+
+// Bytes moved over a connection, counted up from the counter's origin.
+struct TrafficCount {
+  double received = 0;
+  double sent = 0;
+};
+
+// Where the meter reads the traffic of the running connection once a second.
+class TrafficSource {
+ public:
+  virtual ~TrafficSource() = default;
+
+  // The cumulative counters of the connection with this handle (0 when the
+  // connection's handle isn't known); nothing when the system can't tell.
+  virtual std::optional<TrafficCount> Read(qint32 connectionHandle) = 0;
+};
+
+// A system that tells nothing: the byte labels read "unbekannt" and a volume
+// tariff shows "Flatrate".
+class NoTrafficSource final : public TrafficSource {
+ public:
+  std::optional<TrafficCount> Read(qint32) override { return std::nullopt; }
+};
+
+}  // namespace minutor

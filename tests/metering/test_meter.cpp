@@ -1,0 +1,533 @@
+#include "frame/AppState.h"
+#include "frame/Clock.h"
+#include "frame/Services.h"
+#include "frame/datadir/ClockText.h"
+#include "metering/ConnectionRecord.h"
+#include "metering/Meter.h"
+#include "metering/MeterHooks.h"
+#include "metering/Prerun.h"
+#include "metering/TrafficSource.h"
+#include "support/RecordingPrompter.h"
+#include "support/TempDataDir.h"
+#include "tariffs/TariffText.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <cmath>
+#include <functional>
+
+using namespace minutor;
+using test::At;
+using test::Local;
+
+namespace {
+
+// Notes every call out of the meter.
+class Hooks final : public MeterHooks {
+ public:
+  QStringList calls;
+  QString caption;
+  QString connectionName = QStringLiteral("unbekannt");
+  QString tariffOfEntry;
+  std::function<void()> connectionEnd;
+
+  void DetectConnection(DetectedConnection& connection) override {
+    calls << QStringLiteral("DetectConnection");
+    connection.name = connectionName;
+  }
+  void GetTimeLimit() override { calls << QStringLiteral("GetTimeLimit"); }
+  void LaunchPrograms() override { calls << QStringLiteral("LaunchPrograms"); }
+  void GetBudget() override { calls << QStringLiteral("GetBudget"); }
+  void StartServices() override { calls << QStringLiteral("StartServices"); }
+  void ShowSmallWindow() override { calls << QStringLiteral("ShowSmallWindow"); }
+  void StartTimerStarter() override { calls << QStringLiteral("StartTimerStarter"); }
+  void GetNewBudget(bool monthChanged) override {
+    calls << (monthChanged ? QStringLiteral("GetNewBudget month") : QStringLiteral("GetNewBudget"));
+  }
+  void CheckBudget() override { calls << QStringLiteral("CheckBudget"); }
+  void UpdateSmallWindow() override { calls << QStringLiteral("UpdateSmallWindow"); }
+  void ShowCaption(const QString& text) override { caption = text; }
+  void CheckConnectionEnd() override {
+    if (connectionEnd) {
+      connectionEnd();
+    }
+  }
+  void CheckDayLimit() override { calls << QStringLiteral("CheckDayLimit"); }
+  void CheckMonthLimit() override { calls << QStringLiteral("CheckMonthLimit"); }
+  void ConnectionSaved() override { calls << QStringLiteral("ConnectionSaved"); }
+  void RecordingStopped() override { calls << QStringLiteral("RecordingStopped"); }
+
+  int count(const QString& call) const { return static_cast<int>(calls.count(call)); }
+};
+
+// Counters that the test sets; nothing until it does.
+class Traffic final : public TrafficSource {
+ public:
+  std::optional<TrafficCount> now;
+  std::optional<TrafficCount> Read(qint32) override { return now; }
+  void set(double received, double sent) { now = TrafficCount{received, sent}; }
+};
+
+// One recording on its own state and clock.
+struct Recording {
+  AppState state;
+  FixedClock clock;
+  test::RecordingPrompter prompter;
+  Services services;
+  Hooks hooks;
+  Traffic traffic;
+  Meter meter;
+
+  Recording(const test::TempDataDir& data, const QString& tariff, const QDateTime& start)
+      : clock(start), services{state, data.dir(), clock, prompter}, meter(services, traffic, hooks) {
+    state.AktuellerTarif = tariff;
+  }
+
+  // Counter_Start and the first tick, at the same moment.
+  void start() {
+    meter.Counter_Start();
+    meter.TimerStarterTick();
+  }
+  // Ticks a second apart until `tick` ticks have run.
+  void tickTo(int tick) {
+    while (meter.TickCount() < tick && meter.IsTimerEnabled()) {
+      clock.Advance(1);
+      meter.Tick();
+    }
+  }
+  QString operator[](const char* label) const { return meter.Labels().Text(QString::fromLatin1(label)); }
+};
+
+QString Euro(const char* amount) { return Local(QString::fromLatin1(amount)) + QStringLiteral(" €"); }
+QString Bracket(const char* amount) { return QStringLiteral("0 (") + Euro(amount) + QLatin1Char(')'); }
+
+}  // namespace
+
+// Runs under a German and an English locale.
+class TestMeter : public QObject {
+  Q_OBJECT
+
+  test::TempDataDir data;
+
+  QString timeTariff(const QString& name, const QByteArray& takt, const QByteArray& fee,
+                     const QList<QList<QByteArray>>& zones) {
+    QList<QByteArray> lines = test::TimeHead(takt, fee);
+    for (const auto& zone : zones) {
+      lines += zone;
+    }
+    data.write(QStringLiteral("Tarife/") + name, test::Crlf(lines));
+    return name;
+  }
+
+  QString volumeTariff(const QString& name, const QByteArray& price, const QByteArray& unitMB) {
+    data.write(QStringLiteral("Tarife/") + name,
+               test::Crlf({"[Providerdaten]", "Volumenabrechnung:Ja", "Volumenkosten:" + price,
+                           "Volumeneinheit:" + unitMB, "Gespr\344chsgrundgeb\374hr:5"}));
+    return name;
+  }
+
+  QList<QByteArray> record(const QString& name) {
+    return ReadRecordFields(data.path(QStringLiteral("Verbindungen/") + name)).value_or(QList<QByteArray>());
+  }
+
+ private slots:
+  void theWorkedExampleOfATimeTariff() {
+    const QString file =
+        timeTariff(QStringLiteral("Takt - Minute.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
+    Recording r(data, file, At(1, 10, 0, 0));
+    r.hooks.connectionName = QStringLiteral("Modem");
+    r.start();
+    QCOMPARE(r.meter.Fields().Einheitspreis, 0.06f);
+    QCOMPARE(r["lblKosten"], Euro("0.060"));
+    QCOMPARE(r["lblEinheiten"], QStringLiteral("1 (59s)"));
+    QCOMPARE(r["lblDauer"], QStringLiteral("00:00:01"));
+    QCOMPARE(r["lblRestFrei"], QStringLiteral("keine"));
+    QCOMPARE(r["lblEinheit"], QStringLiteral("60s"));
+    QCOMPARE(r["lblEuroProMinute"], Euro("0.060"));
+    QCOMPARE(r["lblRestFreiCaption"], QStringLiteral("Restfreizeit:"));
+    QCOMPARE(r["lblStartzeit"], LongTimeText(QTime(10, 0)));
+    QCOMPARE(r["lblTarifname"], QStringLiteral("Takt - Minute"));
+    QCOMPARE(r["lblBenutzer"], QStringLiteral("Supervisor"));
+    QCOMPARE(r["lblConnectionName"], QStringLiteral("Modem"));
+    QCOMPARE(r["lblBytesInOut"], QStringLiteral("unbekannt"));
+    QCOMPARE(r.hooks.caption, Euro("0.060") + QStringLiteral(" | 00:00:01 | 0.0 | unbekannt"));
+    QVERIFY(r.state.RecordingActive);
+
+    r.tickTo(60);
+    QCOMPARE(r["lblKosten"], Euro("0.060"));
+    QCOMPARE(r["lblEinheiten"], QStringLiteral("2 (60s)"));
+    r.tickTo(61);
+    QCOMPARE(r["lblKosten"], Euro("0.120"));
+    QCOMPARE(r["lblDauer"], QStringLiteral("00:01:01"));
+    r.tickTo(120);
+    QCOMPARE(r["lblKosten"], Euro("0.120"));
+    r.tickTo(121);
+    QCOMPARE(r["lblKosten"], Euro("0.180"));
+    QCOMPARE(r["lblEinheiten"], QStringLiteral("3 (59s)"));
+    // The first tick asks for the budget, and so does every real charge.
+    QCOMPARE(r.hooks.count(QStringLiteral("CheckBudget")), 3);
+
+    r.meter.Counter_Stop();
+    QVERIFY(!r.state.RecordingActive);
+    QVERIFY(!r.meter.IsTimerEnabled());
+    QCOMPARE(r.hooks.calls.mid(r.hooks.calls.size() - 2),
+             (QStringList{QStringLiteral("ConnectionSaved"), QStringLiteral("RecordingStopped")}));
+    QCOMPARE(record(QStringLiteral("01012024-100000.con")),
+             (QList<QByteArray>{"S01.01.2024", LongTimeText(QTime(10, 0)).toLatin1(), "00:02:01",
+                                "S" + Local("0.18").toLatin1(), "3", "0", "0", "0", "Modem",
+                                "Takt - Minute.tel", "Supervisor"}));
+    QVERIFY(!data.dir().DirExists(QStringLiteral("Prerun")));
+
+    // Stopped is stopped: no tick, no second record.
+    r.meter.Tick();
+    r.meter.Counter_Stop();
+    QCOMPARE(r.meter.TickCount(), 121);
+    QCOMPARE(r.hooks.count(QStringLiteral("RecordingStopped")), 1);
+  }
+
+  void freeTimeShowsAndLosesTheShadowCost() {
+    const QString file =
+        timeTariff(QStringLiteral("Takt - Frei.tel"), "60/60", "5", {test::Zone(0, 24, "6", false)});
+    Recording r(data, file, At(2, 9));
+    r.state.Restfrei = QStringLiteral("00:01:00");
+    r.start();
+    QCOMPARE(r["lblRestFrei"], QStringLiteral("00:00:59"));
+    QCOMPARE(r["lblKosten"], Bracket("0.110"));  // the fee and the opening unit, in brackets
+    r.tickTo(60);
+    QCOMPARE(r["lblRestFrei"], QStringLiteral("00:00:00"));
+    QCOMPARE(r["lblKosten"], Bracket("0.110"));
+    QCOMPARE(r.hooks.count(QStringLiteral("CheckBudget")), 1);
+    r.meter.Counter_Stop();
+    // Stopped within the free time: the record's cost is 0.
+    QCOMPARE(record(QStringLiteral("02012024-090000.con")).value(3), "S" + Local("0.00").toLatin1());
+
+    // Two free minutes: the unit of the second minute goes to the shadow cost
+    // and is lost; the first unit after the free time is real.
+    Recording longer(data, file, At(2, 10));
+    longer.state.Restfrei = QStringLiteral("00:02:00");
+    longer.start();
+    longer.tickTo(61);
+    QCOMPARE(longer["lblKosten"], Bracket("0.170"));
+    longer.tickTo(120);
+    QCOMPARE(longer["lblKosten"], Bracket("0.170"));
+    longer.tickTo(121);
+    QCOMPARE(longer["lblRestFrei"], QStringLiteral("-00:00:01"));
+    // Without the free time it would be 0.230.
+    QCOMPARE(longer["lblKosten"], Euro("0.170"));
+  }
+
+  void shortUnits() {
+    const QString second =
+        timeTariff(QStringLiteral("Takt - Sekunde.tel"), "1/1", "0", {test::Zone(0, 24, "6", false)});
+    Recording r(data, second, At(3, 10));
+    r.start();
+    QCOMPARE(r["lblEinheiten"], QStringLiteral("sek.genau"));
+    QCOMPARE(r["lblEinheit"], QStringLiteral("60s"));
+    QCOMPARE(r["lblEuroProMinute"], Euro("0.060"));
+    r.tickTo(10);
+    QCOMPARE(r["lblKosten"], Euro("0.010"));
+    QCOMPARE(r["lblEinheiten"], QStringLiteral("sek.genau"));
+    r.meter.Counter_Stop();
+
+    // A first unit of a minute costs one second's price and shows as units
+    // until it has run out.
+    const QString minuteThenSeconds =
+        timeTariff(QStringLiteral("Takt - Erste Minute.tel"), "60/1", "0", {test::Zone(0, 24, "6", false)});
+    Recording s(data, minuteThenSeconds, At(3, 11));
+    s.start();
+    QCOMPARE(s["lblKosten"], Euro("0.001"));
+    QCOMPARE(s["lblEinheiten"], QStringLiteral("1 (59s)"));
+    s.tickTo(60);
+    QCOMPARE(s["lblEinheiten"], QStringLiteral("2 (1s)"));
+    QCOMPARE(s["lblKosten"], Euro("0.001"));
+    s.tickTo(61);
+    QCOMPARE(s["lblEinheiten"], QStringLiteral("sek.genau"));
+    s.tickTo(71);
+    QCOMPARE(s["lblKosten"], Euro("0.012"));
+  }
+
+  void theNewHourBringsTheNewPrice() {
+    const QString file = timeTariff(QStringLiteral("Takt - Abend.tel"), "60/60", "0",
+                                    {test::Zone(0, 18, "6", false), test::Zone(18, 24, "12", false)});
+    Recording r(data, file, At(1, 17, 59, 59));
+    r.start();
+    // An edit counts from the next hour on, as the file is read then.
+    timeTariff(file, "60/60", "0", {test::Zone(0, 18, "6", false), test::Zone(18, 24, "18", false)});
+    r.tickTo(2);  // 18:00:00
+    QCOMPARE(r.meter.Fields().Einheitspreis, 0.18f);
+    r.tickTo(61);
+    QCOMPARE(r["lblKosten"], Euro("0.240"));
+    QCOMPARE(r["lblEuroProMinute"], Euro("0.060"));
+    QCOMPARE(r.meter.Fields().Tarifpreis, 6.0f);
+
+    // A connection into a new day and month: the day change runs once, the
+    // record keeps the start date.
+    Recording night(data, file, QDateTime(QDate(2024, 1, 31), QTime(23, 59, 58)));
+    night.state.DayLimitOn = true;
+    night.start();
+    night.tickTo(5);
+    QCOMPARE(night.hooks.count(QStringLiteral("GetNewBudget month")), 1);
+    QCOMPARE(night.hooks.count(QStringLiteral("GetNewBudget")), 0);
+    QCOMPARE(night.hooks.count(QStringLiteral("GetTimeLimit")), 1);
+    QCOMPARE(night.hooks.count(QStringLiteral("CheckDayLimit")), 5);
+    night.meter.Counter_Stop();
+    QCOMPARE(record(QStringLiteral("31012024-235958.con")).value(0), QByteArray("S31.01.2024"));
+  }
+
+  void missingOrDamagedTariffs() {
+    Recording missing(data, QStringLiteral("Weg - Nie da.tel"), At(4, 10));
+    missing.start();
+    missing.tickTo(90);
+    QCOMPARE(missing["lblEinheiten"], QStringLiteral("sek.genau"));
+    QCOMPARE(missing["lblKosten"], Euro("0.000"));
+    QCOMPARE(missing["lblDauer"], QStringLiteral("00:01:30"));
+
+    // Deleted during the recording: the next hour's price is 0, time goes on.
+    const QString file =
+        timeTariff(QStringLiteral("Weg - Bald.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
+    Recording r(data, file, At(4, 10, 59, 30));
+    r.start();
+    QVERIFY(data.dir().Remove(QStringLiteral("Tarife/") + file));
+    r.tickTo(3 * 60 + 1);
+    QCOMPARE(r["lblKosten"], Euro("0.060"));
+    QCOMPARE(r["lblEinheiten"], QStringLiteral("4 (59s)"));
+    QCOMPARE(r["lblDauer"], QStringLiteral("00:03:01"));
+
+    // Damaged files: the meter runs on with whatever the peeks make of them.
+    QByteArray binary(64 * 1024, '\0');
+    QRandomGenerator random(7);
+    for (char& byte : binary) {
+      byte = static_cast<char>(random.bounded(256));
+    }
+    const QByteArray digits(100000, '9');
+    const QList<QByteArray> damaged = {
+        binary,
+        test::Crlf({"Takt:" + digits + "/" + digits, "Gespr\344chsgrundgeb\374hr:" + digits, "[Tarifzonen]",
+                    "Zone:x", "Von:0", "Bis:24", "Pfennig:" + digits, "Einheit:60", "Wochenende:Nein"}),
+        test::Crlf({"Takt:-60/-0,5", "[Tarifzonen]", "Zone:x", "Von:0", "Bis:24", "Pfennig:-6", "Einheit:60",
+                    "Wochenende:Nein"}),
+        test::Crlf({"Volumenabrechnung:Ja", "Volumenkosten:" + digits, "Volumeneinheit:" + digits}),
+        test::Crlf({"Volumenabrechnung:Ja", "Volumenkosten:-5", "Volumeneinheit:-1"})};
+    for (const QByteArray& content : damaged) {
+      data.write(QStringLiteral("Tarife/Kaputt - Datei.tel"), content);
+      Recording k(data, QStringLiteral("Kaputt - Datei.tel"), At(4, 11, 59, 58));
+      k.traffic.set(1e12, 1e12);
+      k.start();
+      k.tickTo(4);
+      QCOMPARE(k["lblDauer"], QStringLiteral("00:00:04"));
+      k.meter.Counter_Stop();
+      QVERIFY(data.dir().FileExists(QStringLiteral("Verbindungen/04012024-115958.con")));
+    }
+  }
+
+  void volumeUnitsFollowTheTraffic() {
+    // No unit size: a flat rate, whatever the traffic; the cost label keeps
+    // the text it had.
+    Recording flat(data, volumeTariff(QStringLiteral("Volumen - Flat.tel"), "10", "0"), At(5, 10));
+    flat.traffic.set(2000000, 1000000);
+    flat.start();
+    flat.tickTo(3);
+    QCOMPARE(flat["lblEinheiten"], QStringLiteral("Flatrate"));
+    QCOMPARE(flat["lblKosten"], QString());
+    QCOMPARE(flat["lblRestFrei"], QStringLiteral("keiner"));
+    QCOMPARE(flat["lblRestFreiCaption"], QStringLiteral("Restfreitransfer:"));
+    QCOMPARE(flat["lblBytesInOut"], QLocale().toString(3000000) + QStringLiteral(" Bytes"));
+    flat.meter.Counter_Stop();
+    QCOMPARE(LoadPrerun(data.dir(), QStringLiteral("Volumen - Flat.tel")), 0.0f);
+
+    // Half a paid unit carried over: nothing is charged until it is used up.
+    const QString file = volumeTariff(QStringLiteral("Volumen - Mega.tel"), "10", "1");
+    SavePrerun(data.dir(), file, 500);
+    Recording r(data, file, At(5, 11));
+    r.state.KanalbuendelungAktiv = true;
+    r.start();
+    QCOMPARE(r.meter.Fields().VolumenVortrag, 500.0f);
+    QCOMPARE(r["lblEinheiten"], QStringLiteral("Flatrate"));  // no traffic yet
+    QCOMPARE(r["lblEinheit"], QStringLiteral("1MB"));
+    QCOMPARE(r["lblEuroProMinute"], Euro("0.100"));
+    r.traffic.set(499999, 0);
+    r.tickTo(2);
+    QCOMPARE(r["lblEinheiten"], QStringLiteral("0 (0KB)"));
+    QCOMPARE(r["lblKosten"], Euro("0.100"));  // the fee, doubled by bundling
+    r.traffic.set(400000, 100001);
+    r.tickTo(3);
+    QCOMPARE(r["lblEinheiten"], QStringLiteral("1 (1000KB)"));
+    QCOMPARE(r["lblKosten"], Euro("0.200"));  // a unit counts once, bundled or not
+
+    r.meter.Counter_Stop();
+    QCOMPARE(LoadPrerun(data.dir(), file), r.meter.Fields().EinheitRest);
+    QVERIFY(std::fabs(LoadPrerun(data.dir(), file) - 999.999f) < 0.001f);
+
+    // Three and a half units in one second are charged one a tick.
+    Recording fast(data, volumeTariff(QStringLiteral("Volumen - Schnell.tel"), "10", "1"), At(5, 12));
+    fast.traffic.set(3500000, 0);
+    fast.start();
+    fast.tickTo(3);
+    QCOMPARE(fast.meter.Fields().Einheiten, 3);
+    QVERIFY(fast.meter.Fields().EinheitRest <= 0);
+    fast.tickTo(4);
+    QCOMPARE(fast["lblEinheiten"], QStringLiteral("4 (500KB)"));
+    QCOMPARE(fast["lblKosten"], Euro("0.450"));
+    fast.tickTo(6);
+    QCOMPARE(fast.meter.Fields().Einheiten, 4);
+    QCOMPARE(fast.hooks.count(QStringLiteral("CheckBudget")), 1 + 4);
+    fast.meter.Counter_Stop();
+    QCOMPARE(LoadPrerun(data.dir(), QStringLiteral("Volumen - Schnell.tel")), 500.0f);
+
+    // Free transfer: units go to the shadow cost while it lasts.
+    Recording free(data, volumeTariff(QStringLiteral("Volumen - Frei.tel"), "10", "1"), At(5, 13));
+    free.state.Restfrei = QStringLiteral("1");
+    free.traffic.set(500000, 0);
+    free.start();
+    QCOMPARE(free["lblRestFrei"], Local(QStringLiteral("0.500MB")));
+    QCOMPARE(free["lblKosten"], Bracket("0.100"));
+    free.traffic.set(2500000, 0);
+    free.tickTo(2);
+    QCOMPARE(free["lblRestFrei"], Local(QStringLiteral("-1.500MB")));
+    QCOMPARE(free.meter.Fields().Kosten, 0.15f);
+    // Once there is a shadow cost the brackets stay.
+    QCOMPARE(free["lblKosten"], Bracket("0.100"));
+  }
+
+  void trafficLabels() {
+    const QString file =
+        timeTariff(QStringLiteral("Takt - Verkehr.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
+    Recording r(data, file, At(1, 8));
+    QCOMPARE(r["lblBytesIn"], QStringLiteral("0 Bytes"));
+    r.start();
+    QCOMPARE(r["lblBytesIn"], QStringLiteral("unbekannt"));
+    QCOMPARE(r["lblBytesInPerSecond"], QStringLiteral("0.0"));
+    r.traffic.set(1234, 1);
+    r.tickTo(2);
+    QCOMPARE(r["lblBytesIn"], QLocale().toString(1234) + QStringLiteral(" Bytes"));
+    QCOMPARE(r["lblBytesOut"], QStringLiteral("1 Bytes"));
+    QCOMPARE(r["lblBytesInPerSecond"], Local(QStringLiteral("1.2")));
+    QCOMPARE(r["lblBytesInOutPerSecond"], Local(QStringLiteral("1.2")));
+    r.traffic.set(1000, 1);  // a counter that was reset: the labels stand still
+    r.tickTo(3);
+    QCOMPARE(r["lblBytesIn"], QLocale().toString(1234) + QStringLiteral(" Bytes"));
+    r.traffic.set(2000, 1000);
+    r.tickTo(4);
+    QCOMPARE(r["lblBytesInOut"], QLocale().toString(3000) + QStringLiteral(" Bytes"));
+    QCOMPARE(r.hooks.caption, Euro("0.060") + QStringLiteral(" | 00:00:04 | ") +
+                                  Local(QStringLiteral("2.0")) + QStringLiteral(" | ") + r["lblBytesInOut"]);
+    r.meter.Counter_Stop();
+    QCOMPARE(record(QStringLiteral("01012024-080000.con")).mid(5, 3),
+             (QList<QByteArray>{"2000", "1000", "3000"}));
+  }
+
+  void stopsFromInsideATick() {
+    const QString file =
+        timeTariff(QStringLiteral("Takt - Ende.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
+    Recording r(data, file, At(1, 7));
+    r.state.MonthLimitOn = true;
+    r.state.DialedByProgram = true;
+    r.hooks.connectionEnd = [&r] {
+      if (r.meter.TickCount() == 5) {
+        r.meter.Counter_Stop();
+      }
+    };
+    r.start();
+    r.tickTo(10);
+    QCOMPARE(r.meter.TickCount(), 5);
+    QVERIFY(!r.meter.IsRecording());
+    QVERIFY(!r.state.DialedByProgram);
+    // The tick that stopped ran to its end.
+    QCOMPARE(r.hooks.count(QStringLiteral("CheckMonthLimit")), 5);
+    QCOMPARE(r.hooks.calls.last(), QStringLiteral("CheckMonthLimit"));
+    QCOMPARE(record(QStringLiteral("01012024-070000.con")).value(2), QByteArray("00:00:05"));
+
+    // A stop before the first tick: nothing ticks afterwards.
+    Recording early(data, file, At(1, 7, 30));
+    early.meter.Counter_Start();
+    early.meter.Counter_Stop();
+    early.meter.TimerStarterTick();
+    QCOMPARE(early.meter.TickCount(), 0);
+    QVERIFY(!early.meter.IsTimerEnabled());
+  }
+
+  void callsOutInTheirOrder() {
+    const QString file =
+        timeTariff(QStringLiteral("Takt - Folge.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
+    Recording plain(data, file, At(1, 6));
+    plain.meter.Counter_Start();
+    QCOMPARE(plain.hooks.calls,
+             (QStringList{"DetectConnection", "LaunchPrograms", "GetBudget", "StartTimerStarter"}));
+    QCOMPARE(plain.meter.TickCount(), 0);
+
+    Recording r(data, QStringLiteral("Ab"), At(1, 6, 30));
+    r.state.DayLimitOn = true;
+    // The tariff of the dial-up entry takes the place of the chosen one.
+    struct EntryTariff final : public MeterHooks {
+      QStringList calls;
+      void DetectConnection(DetectedConnection& c) override {
+        c.name = QStringLiteral("Arcor");
+        c.device = QStringLiteral("ISDN");
+        c.handle = 7;
+        state->AktuellerTarif = QStringLiteral("Takt - Folge.tel");
+      }
+      void GetTimeLimit() override { calls << QStringLiteral("GetTimeLimit"); }
+      void StartServices() override { calls << QStringLiteral("StartServices"); }
+      void ShowSmallWindow() override { calls << QStringLiteral("ShowSmallWindow"); }
+      void UpdateSmallWindow() override { calls << QStringLiteral("UpdateSmallWindow"); }
+      AppState* state = nullptr;
+    } hooks;
+    hooks.state = &r.state;
+    Meter meter(r.services, r.traffic, hooks);
+    meter.SetTimeSyncPending(true);
+    meter.SetKleinesFenster(true);
+    meter.Counter_Start();
+    meter.TimerStarterTick();
+    QCOMPARE(hooks.calls,
+             (QStringList{"GetTimeLimit", "StartServices", "ShowSmallWindow", "UpdateSmallWindow"}));
+    QCOMPARE(meter.Labels().lblTarifnameTag, QStringLiteral("Takt - Folge.tel"));
+    QCOMPARE(meter.Labels().lblConnectionSpeed, QStringLiteral("ISDN"));
+    QCOMPARE(meter.Fields().ConnectionHandle, 7);
+    QCOMPARE(meter.Labels().lblKosten, Euro("0.060"));
+  }
+
+  void bundlingCountsFromTheNextUnit() {
+    const QString file =
+        timeTariff(QStringLiteral("Takt - Doppelt.tel"), "60/60", "10", {test::Zone(0, 24, "6", false)});
+    Recording r(data, file, At(1, 5));
+    r.state.KanalbuendelungAktiv = true;
+    r.start();
+    QCOMPARE(r["lblKosten"], Euro("0.320"));
+    r.meter.SetKanalbuendelung(false);
+    QVERIFY(!r.state.KanalbuendelungAktiv);
+    r.tickTo(61);
+    QCOMPARE(r["lblKosten"], Euro("0.380"));
+  }
+
+  void damagedCarryOverReadsAsFarAsItIsANumber() {
+    const QString tariff = QStringLiteral("Volumen - Kaputt.tel");
+    const QList<std::pair<QByteArray, float>> cases = {
+        {"", 0.0f},
+        {"abc", 0.0f},
+        {" 12,5 ", 12.5f},
+        {"7.25", 7.25f},
+        {"\xff\xfe\x01", 0.0f},
+        {"-3", -3.0f},
+        {QByteArray(5000, '9'), std::numeric_limits<float>::infinity()}};
+    for (const auto& [content, expected] : cases) {
+      data.write(QStringLiteral("Prerun/VOLUMEN - kaputt.DAT"), content + "\r\nnoch eine Zeile\r\n");
+      QCOMPARE(LoadPrerun(data.dir(), tariff), expected);
+    }
+    QCOMPARE(LoadPrerun(data.dir(), QStringLiteral("Volumen - Keiner.tel")), 0.0f);
+
+    // A carry-over too large to be used up: no unit is ever charged.
+    volumeTariff(tariff, "10", "1");
+    data.write(QStringLiteral("Prerun/VOLUMEN - kaputt.DAT"), QByteArray(5000, '9'));
+    Recording r(data, tariff, At(1, 4));
+    r.traffic.set(5000000, 0);
+    r.start();
+    r.tickTo(5);
+    QCOMPARE(r["lblDauer"], QStringLiteral("00:00:05"));
+    r.meter.Counter_Stop();
+    QCOMPARE(r.meter.Fields().Einheiten, 0);
+  }
+};
+
+QTEST_APPLESS_MAIN(TestMeter)
+#include "test_meter.moc"
