@@ -1,0 +1,190 @@
+#include "desk/OverviewSelection.h"
+
+#include "frame/AppState.h"
+#include "frame/Clock.h"
+#include "frame/Services.h"
+#include "frame/StartUp.h"
+#include "tariffs/PriceTexts.h"
+#include "users/UserFile.h"
+
+namespace minutor {
+
+namespace {
+
+int IndexOf(const QStringList& list, const QString& text, Qt::CaseSensitivity cs = Qt::CaseSensitive) {
+  if (text.isEmpty()) {
+    return -1;
+  }
+  for (int i = 0; i < list.size(); ++i) {
+    if (list[i].compare(text, cs) == 0) {
+      return i;
+    }
+  }
+  return -1;
+}
+
+}  // namespace
+
+OverviewSelection::OverviewSelection(Services& services, QString logonName)
+    : services_(services), logonName_(std::move(logonName)) {
+  allowance_.caption = QStringLiteral("Verbleibende kostenfreie Zeit:");
+}
+
+// The lists are filled and their selections set without running the
+// handlers of a choice, so that nothing is computed or written on the way.
+void OverviewSelection::Load(const OverviewConfig& wanted) {
+  entry_ = wanted.entry;
+
+  providers_ = GetAnbieterListe(services_.dir);
+  providerIndex_ = IndexOf(providers_, wanted.provider);
+  ListTariffs();
+  for (int i = 0; i < tariffs_.size(); ++i) {
+    if (tariffs_[i].Label == wanted.tariff) {
+      tariffIndex_ = i;
+      break;
+    }
+  }
+
+  ShowUserAtLoad(wanted.user);
+  ApplyMonitoringLock();
+
+  if (tariffIndex_ >= 0) {
+    ApplyTariff();
+  }
+  Save();
+}
+
+OverviewConfig OverviewSelection::Current() const {
+  OverviewConfig config;
+  config.entry = entry_;
+  config.user = userIndex_ >= 0 ? users_[userIndex_] : services_.state.ActiveUser;
+  if (providerIndex_ >= 0) {
+    config.provider = providers_[providerIndex_];
+  }
+  if (tariffIndex_ >= 0) {
+    config.tariff = tariffs_[tariffIndex_].Label;
+  }
+  return config;
+}
+
+void OverviewSelection::ChooseProvider(int index) {
+  if (index < 0 || index >= providers_.size()) {
+    return;
+  }
+  providerIndex_ = index;
+  ListTariffs();
+  if (tariffIndex_ >= 0) {
+    ApplyTariff();
+  }
+  Save();
+}
+
+void OverviewSelection::ChooseTariff(int index) {
+  if (index < 0 || index >= tariffs_.size()) {
+    return;
+  }
+  tariffIndex_ = index;
+  ApplyTariff();
+  Save();
+}
+
+bool OverviewSelection::ChooseUser(int index, bool panelVisible) {
+  if (index < 0 || index >= users_.size()) {
+    return false;
+  }
+  const QString& name = users_[index];
+  AppState& state = services_.state;
+  if (panelVisible && name != state.ActiveUser && UserHasPassword(services_.dir, name)) {
+    return false;
+  }
+  userIndex_ = index;
+  state.ActiveUser = name;
+  Save();
+  ApplyMonitoringLock();
+  return true;
+}
+
+void OverviewSelection::SetHoliday(bool on, bool panelVisible) {
+  AppState& state = services_.state;
+  state.FeiertagAktiv = on;
+  if (panelVisible && tariffIndex_ >= 0) {
+    priceText_ = AktuellerPreisNachFeiertagText(services_.dir, TariffFile(), services_.clock.Now(), on,
+                                                state.Waehrung);
+  }
+}
+
+void OverviewSelection::SetChannelBundling(bool on) { services_.state.KanalbuendelungAktiv = on; }
+
+void OverviewSelection::SetMonitoring(bool on) {
+  services_.state.MonitoringOn = on;
+  SaveMonitoring(services_.dir, on);
+}
+
+QString OverviewSelection::TariffFile() const {
+  if (providerIndex_ < 0 || tariffIndex_ < 0) {
+    return {};
+  }
+  // Built from the label, so that a file found under a provider of another
+  // case is still named after the provider shown.
+  return GetTarifDatei(providers_[providerIndex_], tariffs_[tariffIndex_].Label);
+}
+
+void OverviewSelection::ListTariffs() {
+  tariffs_.clear();
+  if (providerIndex_ >= 0) {
+    tariffs_ = GetTarifListe(services_.dir, providers_[providerIndex_]);
+  }
+  tariffIndex_ = tariffs_.isEmpty() ? -1 : 0;
+}
+
+void OverviewSelection::ApplyTariff() {
+  AppState& state = services_.state;
+  const QString file = TariffFile();
+  const QDateTime now = services_.clock.Now();
+  state.AktuellerTarif = file;
+  priceText_ = AktuellerPreisText(services_.dir, file, now, state.FeiertagAktiv, state.Waehrung);
+  allowance_ = ComputeFreeAllowance(services_.dir, file, now.date());
+  state.Restfrei = allowance_.restfrei;
+}
+
+void OverviewSelection::ShowUserAtLoad(const QString& wanted) {
+  users_ = GetUserNames(services_.dir);
+  QString& active = services_.state.ActiveUser;
+  if (!active.isEmpty()) {
+    // A user whose file went away shows as none rather than as someone else.
+    userIndex_ = IndexOf(users_, active, Qt::CaseInsensitive);
+    return;
+  }
+  userIndex_ = IndexOf(users_, kSupervisor, Qt::CaseInsensitive);
+  if (const int last = IndexOf(users_, wanted); last >= 0) {
+    userIndex_ = last;
+  }
+  if (!logonName_.isEmpty() && IsLogonLinked(services_.dir)) {
+    for (int i = static_cast<int>(users_.size()) - 1; i >= 0; --i) {
+      if (users_[i] == logonName_) {
+        userIndex_ = i;
+        break;
+      }
+    }
+  }
+  if (userIndex_ >= 0) {
+    active = users_[userIndex_];
+  }
+}
+
+bool OverviewSelection::MonitoringLocked() const { return services_.state.NoMonitoringSettings; }
+
+void OverviewSelection::ApplyMonitoringLock() {
+  AppState& state = services_.state;
+  // A user without a file leaves the rights of the one before in force.
+  if (const auto forbidden = MonitoringSwitchForbidden(services_.dir, state.ActiveUser)) {
+    state.NoMonitoringSettings = *forbidden;
+  }
+  if (state.NoMonitoringSettings && !state.MonitoringOn) {
+    SetMonitoring(true);
+  }
+}
+
+void OverviewSelection::Save() const { WriteOverviewConfig(services_.dir, Current()); }
+
+}  // namespace minutor

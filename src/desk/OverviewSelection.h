@@ -1,0 +1,93 @@
+#pragma once
+
+#include "desk/FreeAllowance.h"
+#include "desk/OverviewFiles.h"
+#include "tariffs/TariffNames.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace minutor {
+
+struct Services;
+
+// What the Overview offers and what the user chose there: providers, their
+// tariffs and the users, with the price line and the free allowance that
+// follow from the chosen tariff. Every change of a selection is written to
+// "Config/Overview.cfg" at once.
+class OverviewSelection {
+ public:
+  // `logonName` is the desktop login, which picks the user when the
+  // installation links the two and the program has no user yet.
+  OverviewSelection(Services& services, QString logonName);
+
+  // Fills the lists afresh and selects what `wanted` names, where it still
+  // exists; then the chosen tariff becomes the current one, its price and
+  // free allowance are computed, and the selections are written.
+  //
+  // The user shown is the program's active user. Only when the program has
+  // none yet is it the login's user where the installation links the two,
+  // else the user of `wanted`, else "Supervisor"; that user then becomes the
+  // active one.
+  void Load(const OverviewConfig& wanted);
+
+  // The selections as "Config/Overview.cfg" holds them. The dial-up entry
+  // isn't chosen here yet: it is kept as read.
+  OverviewConfig Current() const;
+
+  const QStringList& Providers() const { return providers_; }
+  int ProviderIndex() const { return providerIndex_; }
+  const QList<TarifEintrag>& Tariffs() const { return tariffs_; }
+  int TariffIndex() const { return tariffIndex_; }
+  const QStringList& Users() const { return users_; }
+  int UserIndex() const { return userIndex_; }
+
+  // Lists the provider's tariffs and chooses the first. A provider without
+  // tariffs leaves the current tariff, its price and allowance as they were.
+  void ChooseProvider(int index);
+  void ChooseTariff(int index);
+
+  // Makes the user the active one. While the panel is on screen a user with
+  // a password can't be taken this way, as there is no question for it yet:
+  // false, and the former user stays.
+  bool ChooseUser(int index, bool panelVisible);
+
+  // The holiday switch. On screen and with a tariff chosen, the price line is
+  // redrawn, always "pro Minute"; the current tariff and the free allowance
+  // stay as they are.
+  void SetHoliday(bool on, bool panelVisible);
+  void SetChannelBundling(bool on);
+
+  // The monitoring switch, written to "Config/Monitoring.cfg".
+  void SetMonitoring(bool on);
+
+  // The active user may not switch monitoring off; it is kept on for him.
+  bool MonitoringLocked() const;
+
+  // "0,035 € pro Minute"; " pro Minute" before any tariff was chosen.
+  const QString& PriceText() const { return priceText_; }
+  const FreeAllowance& Allowance() const { return allowance_; }
+
+ private:
+  QString TariffFile() const;
+  void ListTariffs();
+  void ApplyTariff();
+  void ShowUserAtLoad(const QString& wanted);
+  void ApplyMonitoringLock();
+  void Save() const;
+
+  Services& services_;
+  QString logonName_;
+  QString entry_;
+  QStringList providers_;
+  int providerIndex_ = -1;
+  QList<TarifEintrag> tariffs_;
+  int tariffIndex_ = -1;
+  QStringList users_;
+  int userIndex_ = -1;
+  QString priceText_ = QStringLiteral(" pro Minute");
+  FreeAllowance allowance_;
+};
+
+}  // namespace minutor
