@@ -1,0 +1,226 @@
+#include "desk/ui/OverviewPanel.h"
+
+#include "frame/AppState.h"
+#include "frame/Services.h"
+#include "frame/datadir/Names.h"
+#include "frame/datadir/NoteFile.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace minutor {
+
+namespace {
+
+// Colours come as Windows numbers, blue in the high byte: 128 is dark red.
+QColor FromBgr(int value) { return QColor(value & 0xff, (value >> 8) & 0xff, (value >> 16) & 0xff); }
+
+// Refills a list only when its entries changed, so that a choice in the list
+// doesn't rebuild the list it was made in. Setting the selection here runs no
+// handler: those answer only to the user's own choice.
+void ShowList(QComboBox* combo, const QStringList& items, int index) {
+  QStringList shown;
+  for (int i = 0; i < combo->count(); ++i) {
+    shown.append(combo->itemText(i));
+  }
+  if (shown != items) {
+    combo->clear();
+    combo->addItems(items);
+  }
+  combo->setCurrentIndex(index);
+}
+
+QLabel* Caption(const QString& text, QWidget* parent) { return new QLabel(text, parent); }
+
+}  // namespace
+
+OverviewPanel::OverviewPanel(Services& services, QWidget* parent)
+    : QWidget(parent), services_(services), selection_(services, GetLogonName()) {
+  setObjectName(QStringLiteral("Overview"));
+  setWindowTitle(QStringLiteral("Übersicht"));
+  BuildControls();
+  LoadNote();
+  selection_.Load(ReadOverviewConfig(services_.dir).value_or(OverviewConfig{}));
+  ShowSelection();
+}
+
+void OverviewPanel::BuildControls() {
+  auto* tarif = new QGroupBox(QStringLiteral("Tarif"), this);
+  comAnbieter_ = new QComboBox(tarif);
+  comAnbieter_->setObjectName(QStringLiteral("comAnbieter"));
+  comTarif_ = new QComboBox(tarif);
+  comTarif_->setObjectName(QStringLiteral("comTarif"));
+  comTarif_->setToolTip(
+      QStringLiteral("M = manuell hinzugefügter Tarif, A = durch Autoupdate hinzugefügter Tarif"));
+  lblOverview0_ = new QLabel(tarif);
+  lblOverview0_->setObjectName(QStringLiteral("lblOverview(0)"));
+  Label1_36_ = new QLabel(tarif);
+  Label1_36_->setObjectName(QStringLiteral("Label1(36)"));
+  lblOverview1_ = new QLabel(tarif);
+  lblOverview1_->setObjectName(QStringLiteral("lblOverview(1)"));
+  barOverview1_ = new QProgressBar(tarif);
+  barOverview1_->setObjectName(QStringLiteral("barOverview(1)"));
+  barOverview1_->setRange(0, 1000);
+  barOverview1_->setTextVisible(false);
+  barOverview1_->setMaximumHeight(12);
+  lblOverview9_ = new QLabel(tarif);
+  lblOverview9_->setObjectName(QStringLiteral("lblOverview(9)"));
+
+  auto* tarifGrid = new QGridLayout(tarif);
+  tarifGrid->addWidget(Caption(QStringLiteral("Anbieter:"), tarif), 0, 0);
+  tarifGrid->addWidget(comAnbieter_, 0, 1, 1, 2);
+  tarifGrid->addWidget(Caption(QStringLiteral("Tarif:"), tarif), 1, 0);
+  tarifGrid->addWidget(comTarif_, 1, 1, 1, 2);
+  tarifGrid->addWidget(Caption(QStringLiteral("Aktueller Preis:"), tarif), 2, 0);
+  tarifGrid->addWidget(lblOverview0_, 2, 1, 1, 2);
+  tarifGrid->addWidget(Label1_36_, 3, 0);
+  tarifGrid->addWidget(lblOverview1_, 3, 1, 1, 2);
+  tarifGrid->addWidget(barOverview1_, 4, 1);
+  tarifGrid->addWidget(lblOverview9_, 4, 2);
+  tarifGrid->setColumnStretch(1, 1);
+
+  auto* benutzer = new QGroupBox(QStringLiteral("Benutzer und Budget"), this);
+  comOverviewUser_ = new QComboBox(benutzer);
+  comOverviewUser_->setObjectName(QStringLiteral("comOverviewUser"));
+  auto* benutzerRow = new QHBoxLayout(benutzer);
+  benutzerRow->addWidget(Caption(QStringLiteral("Benutzer:"), benutzer));
+  benutzerRow->addWidget(comOverviewUser_, 1);
+
+  Check1_ = new QCheckBox(QStringLiteral("Überwachung"), this);
+  Check1_->setObjectName(QStringLiteral("Check1"));
+  chkFeiertag_ = new QCheckBox(QStringLiteral("Feiertag"), this);
+  chkFeiertag_->setObjectName(QStringLiteral("chkFeiertag"));
+  chkKanalbuendelung_ = new QCheckBox(QStringLiteral("Kanalbündelung (Kosten doppelt zählen)"), this);
+  chkKanalbuendelung_->setObjectName(QStringLiteral("chkKanalbündelung"));
+  cmdStart_ = new QPushButton(QStringLiteral("Aufzeichnung manuell starten"), this);
+  cmdStart_->setObjectName(QStringLiteral("cmdStart"));
+
+  auto* switches = new QGridLayout;
+  switches->addWidget(Check1_, 0, 0);
+  switches->addWidget(chkFeiertag_, 0, 1);
+  switches->addWidget(cmdStart_, 0, 2, Qt::AlignRight);
+  switches->addWidget(chkKanalbuendelung_, 1, 0, 1, 3);
+  switches->setColumnStretch(2, 1);
+  switches->setVerticalSpacing(2);
+
+  auto* notizen = new QGroupBox(QStringLiteral("Notizen"), this);
+  Notiz_ = new QPlainTextEdit(notizen);
+  Notiz_->setObjectName(QStringLiteral("Notiz"));
+  auto* notizLayout = new QVBoxLayout(notizen);
+  notizLayout->addWidget(Notiz_);
+
+  // The frame gives the panel about 470 x 400 pixels; the groups keep tight.
+  for (QGroupBox* group : {tarif, benutzer, notizen}) {
+    group->layout()->setContentsMargins(6, 4, 6, 4);
+    group->layout()->setSpacing(4);
+  }
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(4, 4, 4, 4);
+  layout->setSpacing(4);
+  layout->addWidget(tarif);
+  layout->addWidget(benutzer);
+  layout->addLayout(switches);
+  layout->addWidget(notizen, 1);
+
+  connect(comAnbieter_, &QComboBox::activated, this, &OverviewPanel::OnProviderChosen);
+  connect(comTarif_, &QComboBox::activated, this, &OverviewPanel::OnTariffChosen);
+  connect(comOverviewUser_, &QComboBox::activated, this, &OverviewPanel::OnUserChosen);
+  connect(Check1_, &QCheckBox::clicked, this, &OverviewPanel::OnMonitoringClicked);
+  connect(chkFeiertag_, &QCheckBox::clicked, this, &OverviewPanel::OnHolidayClicked);
+  connect(chkKanalbuendelung_, &QCheckBox::clicked, this,
+          [this](bool on) { selection_.SetChannelBundling(on); });
+  connect(cmdStart_, &QPushButton::clicked, this, [this] {
+    // By hand the tariff chosen here counts, not the one of a detected entry.
+    services_.state.DetectionSource = 0;
+    emit startRequested();
+  });
+  connect(Notiz_, &QPlainTextEdit::textChanged, this, &OverviewPanel::OnNoteChanged);
+}
+
+void OverviewPanel::LoadNote() {
+  noteLoading_ = true;
+  Notiz_->setPlainText(minutor::LoadNote(services_.dir));
+  noteLoading_ = false;
+}
+
+void OverviewPanel::SetMonitoringChecked(bool on) {
+  // The caller has set the flag and written the file; the box only follows.
+  services_.state.MonitoringOn = on;
+  Check1_->setChecked(on);
+}
+
+void OverviewPanel::Refresh() {
+  selection_.Load(selection_.Current());
+  ShowSelection();
+}
+
+void OverviewPanel::ShowSelection() {
+  const AppState& state = services_.state;
+  ShowList(comAnbieter_, selection_.Providers(), selection_.ProviderIndex());
+  QStringList labels;
+  for (const TarifEintrag& tarif : selection_.Tariffs()) {
+    labels.append(tarif.Label);
+  }
+  ShowList(comTarif_, labels, selection_.TariffIndex());
+  ShowList(comOverviewUser_, selection_.Users(), selection_.UserIndex());
+
+  lblOverview0_->setText(selection_.PriceText());
+  const FreeAllowance& allowance = selection_.Allowance();
+  Label1_36_->setText(allowance.caption);
+  lblOverview1_->setText(allowance.text);
+  QPalette palette = lblOverview1_->palette();
+  palette.setColor(QPalette::WindowText, FromBgr(static_cast<int>(allowance.colour)));
+  lblOverview1_->setPalette(palette);
+  barOverview1_->setVisible(allowance.barVisible);
+  barOverview1_->setValue(std::clamp(qRound(allowance.percent * 10), 0, 1000));
+  lblOverview9_->setVisible(allowance.barVisible);
+  lblOverview9_->setText(allowance.percentText);
+
+  Check1_->setEnabled(!selection_.MonitoringLocked());
+  Check1_->setChecked(state.MonitoringOn);
+  chkFeiertag_->setChecked(state.FeiertagAktiv);
+  chkKanalbuendelung_->setChecked(state.KanalbuendelungAktiv);
+}
+
+void OverviewPanel::OnProviderChosen(int index) {
+  selection_.ChooseProvider(index);
+  ShowSelection();
+}
+
+void OverviewPanel::OnTariffChosen(int index) {
+  selection_.ChooseTariff(index);
+  ShowSelection();
+}
+
+void OverviewPanel::OnUserChosen(int index) {
+  const bool taken = selection_.ChooseUser(index, isVisible());
+  ShowSelection();
+  if (taken) {
+    emit activeUserChanged(services_.state.ActiveUser);
+  }
+}
+
+void OverviewPanel::OnHolidayClicked(bool on) {
+  selection_.SetHoliday(on, isVisible());
+  lblOverview0_->setText(selection_.PriceText());
+}
+
+void OverviewPanel::OnMonitoringClicked(bool on) { selection_.SetMonitoring(on); }
+
+void OverviewPanel::OnNoteChanged() {
+  if (!noteLoading_) {
+    SaveNote(services_.dir, Notiz_->toPlainText());
+  }
+}
+
+}  // namespace minutor

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "desk/OverviewSelection.h"
+
+#include <QWidget>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QPlainTextEdit;
+class QProgressBar;
+class QPushButton;
+
+namespace minutor {
+
+struct Services;
+
+// The home panel, "Übersicht": provider, tariff and user for the next
+// connection, the present price and free allowance, the switches for
+// monitoring, holiday and channel bundling, the note, and the button that
+// starts a recording by hand.
+class OverviewPanel : public QWidget {
+  Q_OBJECT
+
+ public:
+  // Loads itself: the note, the lists and the last selections.
+  explicit OverviewPanel(Services& services, QWidget* parent = nullptr);
+
+  // Shows the monitoring switch as the caller has already set and saved it.
+  void SetMonitoringChecked(bool on);
+
+  // Reads providers, tariffs and users afresh, keeping the selections that
+  // still exist, and recomputes price and allowance for the present moment.
+  void Refresh();
+
+ signals:
+  // The user asked to record now; the recording is one started by hand.
+  void startRequested();
+  // The user chose another active user on this panel.
+  void activeUserChanged(const QString& name);
+
+ private:
+  void BuildControls();
+  void LoadNote();
+  void ShowSelection();
+  void OnProviderChosen(int index);
+  void OnTariffChosen(int index);
+  void OnUserChosen(int index);
+  void OnHolidayClicked(bool on);
+  void OnMonitoringClicked(bool on);
+  void OnNoteChanged();
+
+  Services& services_;
+  OverviewSelection selection_;
+  // Set while the note fills from its file, so that filling doesn't write it back.
+  bool noteLoading_ = false;
+
+  QComboBox* comAnbieter_ = nullptr;
+  QComboBox* comTarif_ = nullptr;
+  QLabel* lblOverview0_ = nullptr;  // the price
+  QLabel* Label1_36_ = nullptr;     // the free allowance: caption, value, bar, percentage
+  QLabel* lblOverview1_ = nullptr;
+  QProgressBar* barOverview1_ = nullptr;
+  QLabel* lblOverview9_ = nullptr;
+  QComboBox* comOverviewUser_ = nullptr;
+  QCheckBox* Check1_ = nullptr;
+  QCheckBox* chkFeiertag_ = nullptr;
+  QCheckBox* chkKanalbuendelung_ = nullptr;
+  QPushButton* cmdStart_ = nullptr;
+  QPlainTextEdit* Notiz_ = nullptr;
+};
+
+}  // namespace minutor
