@@ -124,25 +124,6 @@ class TestOverview : public QObject {
     QCOMPARE(desk.config(), QByteArray("Eintrag\r\nSupervisor\r\nAlt\r\n\r\n"));
   }
 
-  void selectionsThatNoLongerExist() {
-    Desk desk;
-    desk.timeTariff(QStringLiteral("Foo - Billig.tel"), "1,5");
-    desk.state.AktuellerTarif = QStringLiteral("Weg - Tarif.tel");
-
-    OverviewSelection gone(desk.services, {});
-    gone.Load({{}, {}, QStringLiteral("Weg"), QStringLiteral("M - Tarif")});
-    QCOMPARE(gone.ProviderIndex(), -1);
-    QVERIFY(gone.Tariffs().isEmpty());
-    QCOMPARE(gone.PriceText(), QStringLiteral(" pro Minute"));
-    QCOMPARE(desk.state.AktuellerTarif, QStringLiteral("Weg - Tarif.tel"));
-
-    // The provider is there, its tariff isn't: the provider's first one.
-    OverviewSelection renamed(desk.services, {});
-    renamed.Load({{}, {}, QStringLiteral("Foo"), QStringLiteral("M - Teuer")});
-    QCOMPARE(renamed.TariffIndex(), 0);
-    QCOMPARE(desk.state.AktuellerTarif, QStringLiteral("Foo - Billig.tel"));
-  }
-
   void userShownAndChosen() {
     Desk desk;
     desk.user(QStringLiteral("Supervisor"));

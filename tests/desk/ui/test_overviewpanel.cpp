@@ -110,9 +110,6 @@ class TestOverviewPanel : public QObject {
              QStringLiteral("Verbleibender kostenfreier Transfer:"));
     QCOMPARE(Text(panel, QStringLiteral("lblOverview(1)")), QStringLiteral("500MB"));
     QCOMPARE(Text(panel, QStringLiteral("lblOverview(0)")), QStringLiteral("0,015 € pro 1MB"));
-    QTest::mouseClick(Find<QCheckBox>(panel, QStringLiteral("chkFeiertag")), Qt::LeftButton);
-    QVERIFY(!desk.state.FeiertagAktiv);
-    QCOMPARE(Text(panel, QStringLiteral("lblOverview(0)")), QStringLiteral("0,015 € pro Minute"));
   }
 
   void lastSelectionsComeBack() {
