@@ -1,38 +1,58 @@
 #include "metering/MeterLabels.h"
 
-#include <QStringList>
+#include <array>
+#include <utility>
 
 namespace minutor {
 
+namespace {
+
+// The labels by their control names, the tags after them.
+std::array<std::pair<const char16_t*, const QString*>, 20> Table(const MeterLabels& l) {
+  return {{
+      {u"lblConnectionName", &l.lblConnectionName},
+      {u"lblStartzeit", &l.lblStartzeit},
+      {u"lblDauer", &l.lblDauer},
+      {u"lblConnectionSpeed", &l.lblConnectionSpeed},
+      {u"lblKosten", &l.lblKosten},
+      {u"lblEinheiten", &l.lblEinheiten},
+      {u"lblBytesIn", &l.lblBytesIn},
+      {u"lblBytesInPerSecond", &l.lblBytesInPerSecond},
+      {u"lblBytesOut", &l.lblBytesOut},
+      {u"lblBytesOutPerSecond", &l.lblBytesOutPerSecond},
+      {u"lblBytesInOut", &l.lblBytesInOut},
+      {u"lblBytesInOutPerSecond", &l.lblBytesInOutPerSecond},
+      {u"lblTarifname", &l.lblTarifname},
+      {u"lblEuroProMinute", &l.lblEuroProMinute},
+      {u"lblEinheit", &l.lblEinheit},
+      {u"lblRestFreiCaption", &l.lblRestFreiCaption},
+      {u"lblRestFrei", &l.lblRestFrei},
+      {u"lblBenutzer", &l.lblBenutzer},
+      {u"lblStartzeit.Tag", &l.lblStartzeitTag},
+      {u"lblTarifname.Tag", &l.lblTarifnameTag},
+  }};
+}
+
+constexpr std::size_t kTags = 2;
+
+}  // namespace
+
 QString MeterLabels::Text(QStringView controlName) const {
-  const std::pair<const char16_t*, const QString*> labels[] = {
-      {u"lblConnectionName", &lblConnectionName},
-      {u"lblStartzeit", &lblStartzeit},
-      {u"lblStartzeit.Tag", &lblStartzeitTag},
-      {u"lblDauer", &lblDauer},
-      {u"lblConnectionSpeed", &lblConnectionSpeed},
-      {u"lblKosten", &lblKosten},
-      {u"lblEinheiten", &lblEinheiten},
-      {u"lblBytesIn", &lblBytesIn},
-      {u"lblBytesInPerSecond", &lblBytesInPerSecond},
-      {u"lblBytesOut", &lblBytesOut},
-      {u"lblBytesOutPerSecond", &lblBytesOutPerSecond},
-      {u"lblBytesInOut", &lblBytesInOut},
-      {u"lblBytesInOutPerSecond", &lblBytesInOutPerSecond},
-      {u"lblTarifname", &lblTarifname},
-      {u"lblTarifname.Tag", &lblTarifnameTag},
-      {u"lblEuroProMinute", &lblEuroProMinute},
-      {u"lblEinheit", &lblEinheit},
-      {u"lblRestFreiCaption", &lblRestFreiCaption},
-      {u"lblRestFrei", &lblRestFrei},
-      {u"lblBenutzer", &lblBenutzer},
-  };
-  for (const auto& [name, text] : labels) {
+  for (const auto& [name, text] : Table(*this)) {
     if (controlName == QStringView(name)) {
       return *text;
     }
   }
   return {};
+}
+
+QStringList MeterLabels::ControlNames() {
+  QStringList names;
+  const auto table = Table(MeterLabels());
+  for (std::size_t i = 0; i + kTags < table.size(); ++i) {
+    names.append(QString::fromUtf16(table[i].first));
+  }
+  return names;
 }
 
 RecordLabels MeterLabels::Record() const {

@@ -3,6 +3,7 @@
 #include "metering/ConnectionRecord.h"
 
 #include <QString>
+#include <QStringList>
 
 namespace minutor {
 
@@ -35,6 +36,9 @@ struct MeterLabels {
   // The text of a label by its control name ("lblKosten"); the tags are
   // "lblStartzeit.Tag" and "lblTarifname.Tag". Empty for a name it hasn't.
   QString Text(QStringView controlName) const;
+
+  // The control names of the labels, without the tags.
+  static QStringList ControlNames();
 
   // What the record of the connection is made from.
   RecordLabels Record() const;

@@ -1,0 +1,266 @@
+#include "metering/ui/ConnectionPanel.h"
+
+#include "frame/AppState.h"
+#include "frame/Clock.h"
+#include "frame/Services.h"
+#include "metering/ConnectionChecks.h"
+#include "metering/ConnectionSettings.h"
+
+#include <QCheckBox>
+#include <QFrame>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace minutor {
+
+namespace {
+
+const QString kTagSuffix = QStringLiteral(".Tag");
+const char* const kTagProperty = "Tag";
+
+// One line of a group: its caption and the labels behind it.
+struct Row {
+  QString caption;
+  QStringList controls;
+};
+
+}  // namespace
+
+ConnectionPanel::ConnectionPanel(Services& services, TrafficSource& traffic, QWidget* parent)
+    : QWidget(parent), services_(services), meter_(services, traffic, *this) {
+  setObjectName(QStringLiteral("Connection"));
+  setWindowTitle(QStringLiteral("Verbindungsübersicht"));
+  BuildControls();
+  ShowLabels();
+
+  timerStarter_.setSingleShot(true);
+  timerStarter_.setInterval(1);
+  timerStarter_.setObjectName(QStringLiteral("TimerStarter"));
+  connect(&timerStarter_, &QTimer::timeout, this, &ConnectionPanel::OnTimerStarter);
+
+  // One timer stands for RSTimer1 and RSTimer2, as only one of them runs.
+  rsTimer_.setTimerType(Qt::PreciseTimer);
+  rsTimer_.setInterval(1000);
+  rsTimer_.setObjectName(QStringLiteral("RSTimer"));
+  connect(&rsTimer_, &QTimer::timeout, this, &ConnectionPanel::OnTick);
+}
+
+QLabel* ConnectionPanel::AddLabel(const QString& controlName, const QString& text) {
+  auto* label = new QLabel(text);
+  label->setObjectName(controlName);
+  labels_.insert(controlName, label);
+  return label;
+}
+
+void ConnectionPanel::BuildControls() {
+  auto group = [this](const QString& title, const QList<Row>& rows) {
+    auto* box = new QGroupBox(title);
+    auto* grid = new QGridLayout(box);
+    for (int r = 0; r < rows.size(); ++r) {
+      grid->addWidget(new QLabel(rows[r].caption), r, 0);
+      for (int c = 0; c < rows[r].controls.size(); ++c) {
+        grid->addWidget(AddLabel(rows[r].controls[c]), r, c + 1);
+      }
+    }
+    grid->setColumnStretch(1, 1);
+    return box;
+  };
+
+  auto* connection = group(QStringLiteral("Daten der aktuellen Verbindung"),
+                           {{QStringLiteral("Verbindungsname:"), {QStringLiteral("lblConnectionName")}},
+                            {QStringLiteral("Startzeit:"), {QStringLiteral("lblStartzeit")}},
+                            {QStringLiteral("Dauer:"), {QStringLiteral("lblDauer")}},
+                            {QStringLiteral("Gerät:"), {QStringLiteral("lblConnectionSpeed")}}});
+  auto* costs = group(QStringLiteral("Zeit und Gebühren:"),
+                      {{QStringLiteral("Kosten:"), {QStringLiteral("lblKosten")}},
+                       {QStringLiteral("Einheiten:"), {QStringLiteral("lblEinheiten")}}});
+  auto* traffic = group(
+      QStringLiteral("Transfervolumen:"),
+      {{QStringLiteral("Empfangen:"), {QStringLiteral("lblBytesIn"), QStringLiteral("lblBytesInPerSecond")}},
+       {QStringLiteral("Gesendet:"), {QStringLiteral("lblBytesOut"), QStringLiteral("lblBytesOutPerSecond")}},
+       {QStringLiteral("Gesamt:"),
+        {QStringLiteral("lblBytesInOut"), QStringLiteral("lblBytesInOutPerSecond")}}});
+  auto* tariff = group(
+      QStringLiteral("Aktueller Tarif:"),
+      {{QStringLiteral("Tarifname:"), {QStringLiteral("lblTarifname")}},
+       {QStringLiteral("Kosten:"), {QStringLiteral("lblEuroProMinute"), QStringLiteral("lblEinheit")}}});
+  // The caption of the free allowance is the meter's: time or transfer.
+  auto* tariffGrid = static_cast<QGridLayout*>(tariff->layout());
+  tariffGrid->addWidget(AddLabel(QStringLiteral("lblRestFreiCaption")), 2, 0);
+  tariffGrid->addWidget(AddLabel(QStringLiteral("lblRestFrei")), 2, 1);
+
+  auto* budget =
+      group(QStringLiteral("Budget"), {{QStringLiteral("Benutzer:"), {QStringLiteral("lblBenutzer")}}});
+  auto* rests = group(QStringLiteral("Restbeträge:"),
+                      {{QStringLiteral("Tag:"), {QStringLiteral("lblRestTag")}},
+                       {QStringLiteral("Monat:"), {QStringLiteral("lblRestMonat")}},
+                       {QStringLiteral("Definiert:"), {QStringLiteral("lblRestDefiniert")}}});
+  static_cast<QGridLayout*>(budget->layout())->addWidget(rests, 1, 0, 1, 2);
+  for (const char* name : {"lblRestTag", "lblRestMonat", "lblRestDefiniert"}) {
+    labels_.value(QString::fromLatin1(name))->setText(QStringLiteral("nicht festgelegt"));
+  }
+
+  auto* services = group(QStringLiteral("Services"),
+                         {{QStringLiteral("Updates:"), {QStringLiteral("lblTarifupdates")}},
+                          {QString(), {QStringLiteral("lblProgrammupdates")}},
+                          {QStringLiteral("Zeitsynchronisierung:"), {QStringLiteral("lblTimeSync")}}});
+  labels_.value(QStringLiteral("lblTarifupdates"))->setText(QStringLiteral("Keine Tarife gefunden."));
+  labels_.value(QStringLiteral("lblProgrammupdates"))->setText(QStringLiteral("Kein Programmupd. gefunden."));
+  labels_.value(QStringLiteral("lblTimeSync"))->setText(QStringLiteral("Uhrzeit wird nicht korrigiert."));
+  check1_ = new QCheckBox(QStringLiteral("&Automatisch"));
+  check1_->setObjectName(QStringLiteral("Check1"));
+  static_cast<QGridLayout*>(services->layout())->addWidget(check1_, 3, 1);
+
+  cmdStop_ = new QPushButton(QStringLiteral("Aufzeichnung &stoppen"));
+  cmdStop_->setObjectName(QStringLiteral("cmdStop"));
+  chkKanalbuendelung_ = new QCheckBox(QStringLiteral("Kanalbünd. (Kosten doppelt)"));
+  chkKanalbuendelung_->setObjectName(QStringLiteral("chkKanalbündelung"));
+  check2_ = new QCheckBox(QStringLiteral("Über&wachung"));
+  check2_->setObjectName(QStringLiteral("Check2"));
+  check3_ = new QCheckBox(QStringLiteral("Kleines &Fenster zeigen"));
+  check3_->setObjectName(QStringLiteral("Check3"));
+
+  auto* body = new QFrame;
+  body->setObjectName(QStringLiteral("wndConnection"));
+  body->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+  auto* grid = new QGridLayout(body);
+  grid->addWidget(connection, 0, 0);
+  grid->addWidget(costs, 1, 0);
+  grid->addWidget(traffic, 2, 0);
+  grid->addWidget(tariff, 0, 1);
+  grid->addWidget(budget, 1, 1);
+  grid->addWidget(services, 2, 1);
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(cmdStop_);
+  buttons->addWidget(chkKanalbuendelung_);
+  buttons->addWidget(check2_);
+  buttons->addWidget(check3_);
+  buttons->addStretch();
+  grid->addLayout(buttons, 3, 0, 1, 2);
+  grid->setRowStretch(4, 1);
+  auto* outer = new QVBoxLayout(this);
+  outer->setContentsMargins(0, 0, 0, 0);
+  outer->addWidget(body);
+
+  // Only the user's clicks save: filling a box from its file doesn't.
+  connect(check1_, &QCheckBox::clicked, this, [this](bool on) {
+    SaveTimesyncState(services_.dir, on);
+    if (!on) {
+      meter_.SetTimeSyncPending(false);
+    }
+  });
+  connect(check2_, &QCheckBox::clicked, this, [this](bool on) {
+    services_.state.MonitoringOn = on;
+    SaveMonitoringState(services_.dir, on);
+  });
+  connect(check3_, &QCheckBox::clicked, this, [this](bool on) {
+    SaveSmallWindowState(services_.dir, on);
+    meter_.SetKleinesFenster(on);
+    if (meter_.IsRecording()) {
+      emit smallWindowWanted(on);
+    }
+  });
+  connect(chkKanalbuendelung_, &QCheckBox::clicked, this, [this](bool on) { meter_.SetKanalbuendelung(on); });
+  connect(cmdStop_, &QPushButton::clicked, this, &ConnectionPanel::StopByUser);
+}
+
+bool ConnectionPanel::Load() {
+  if (!TarifCheck(services_)) {
+    return false;
+  }
+  check2_->setChecked(services_.state.MonitoringOn);
+  meter_.SetTarifupdatePending(LoadAutoupdateState(services_.dir, services_.clock.Now().date()));
+  const bool timeSync = LoadTimesyncState(services_.dir);
+  check1_->setChecked(timeSync);
+  if (timeSync) {
+    labels_.value(QStringLiteral("lblTimeSync"))->setText(QStringLiteral("Uhrzeit wird korrigiert..."));
+    meter_.SetTimeSyncPending(true);
+  }
+  const bool smallWindow = LoadSmallWindowState(services_.dir);
+  check3_->setChecked(smallWindow);
+  meter_.SetKleinesFenster(smallWindow);
+
+  meter_.Counter_Start();
+  chkKanalbuendelung_->setChecked(meter_.Kanalbuendelung());
+  ShowLabels();
+  emit recordingStarted();
+  return true;
+}
+
+void ConnectionPanel::CounterStop() { meter_.Counter_Stop(); }
+
+void ConnectionPanel::StopByUser() {
+  if (!ConfirmManualStop(services_)) {
+    return;
+  }
+  check2_->setChecked(services_.state.MonitoringOn);
+  CounterStop();
+}
+
+bool ConnectionPanel::IsStopEnabled() const { return cmdStop_->isEnabled(); }
+
+void ConnectionPanel::SetMonitoringChecked(bool on) { check2_->setChecked(on); }
+
+QString ConnectionPanel::LabelText(const QString& controlName) const {
+  if (controlName.endsWith(kTagSuffix)) {
+    const QLabel* label = labels_.value(controlName.chopped(kTagSuffix.size()));
+    return label ? label->property(kTagProperty).toString() : QString();
+  }
+  const QLabel* label = labels_.value(controlName);
+  return label ? label->text() : QString();
+}
+
+void ConnectionPanel::showEvent(QShowEvent* event) {
+  const bool mayChange = !services_.state.NoMonitoringSettings;
+  check2_->setEnabled(mayChange);
+  cmdStop_->setEnabled(mayChange);
+  check2_->setChecked(services_.state.MonitoringOn);
+  QWidget::showEvent(event);
+}
+
+void ConnectionPanel::ShowSmallWindow() { emit smallWindowWanted(true); }
+
+void ConnectionPanel::StartTimerStarter() { timerStarter_.start(); }
+
+void ConnectionPanel::ShowCaption(const QString& caption) { emit captionChanged(caption); }
+
+void ConnectionPanel::RecordingStopped() {
+  timerStarter_.stop();
+  rsTimer_.stop();
+  ShowLabels();
+  emit recordingStopped();
+}
+
+void ConnectionPanel::OnTimerStarter() {
+  meter_.TimerStarterTick();
+  ShowLabels();
+  if (meter_.IsTimerEnabled()) {
+    rsTimer_.start();
+  }
+  emit ticked();
+}
+
+void ConnectionPanel::OnTick() {
+  meter_.Tick();
+  ShowLabels();
+  if (!meter_.IsTimerEnabled()) {
+    rsTimer_.stop();
+  }
+  emit ticked();
+}
+
+void ConnectionPanel::ShowLabels() {
+  const MeterLabels& texts = meter_.Labels();
+  for (const QString& name : MeterLabels::ControlNames()) {
+    if (QLabel* label = labels_.value(name)) {
+      label->setText(texts.Text(name));
+    }
+  }
+  labels_.value(QStringLiteral("lblStartzeit"))->setProperty(kTagProperty, texts.lblStartzeitTag);
+  labels_.value(QStringLiteral("lblTarifname"))->setProperty(kTagProperty, texts.lblTarifnameTag);
+}
+
+}  // namespace minutor
