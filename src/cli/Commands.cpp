@@ -1,9 +1,18 @@
 #include "cli/Commands.h"
 
+#include "desk/FreeAllowance.h"
+#include "frame/AppState.h"
 #include "frame/Clock.h"
+#include "frame/Options.h"
+#include "frame/Prompter.h"
+#include "frame/Services.h"
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/DataDir.h"
+#include "metering/ConnectionChecks.h"
 #include "metering/ConnectionRecord.h"
+#include "metering/Meter.h"
+#include "metering/MeterHooks.h"
+#include "metering/TrafficSource.h"
 #include "tariffs/RateLookup.h"
 #include "tariffs/TariffNames.h"
 #include "users/FieldCipher.h"
@@ -12,6 +21,9 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <iterator>
+#include <limits>
+#include <map>
 
 namespace minutor::cli {
 
@@ -26,7 +38,13 @@ const char* const kUsageText =
     "  record show FILE            the lines of a connection record in plain text\n"
     "  tariff list                 provider, label and file name of every tariff\n"
     "  tariff price FILE [--at \"YYYY-MM-DD HH:MM:SS\"] [--holiday]\n"
-    "                              the price of a tariff at a moment, in hundredths\n";
+    "                              the price of a tariff at a moment, in hundredths\n"
+    "  simulate FILE --start \"YYYY-MM-DD HH:MM:SS\" --seconds N [--holiday] [--bundling]\n"
+    "           [--user NAME] [--connection NAME] [--traffic TRAFFIC] [--trace] [--save]\n"
+    "                              a recording of N seconds started by hand with tariff FILE: the\n"
+    "                              meter's labels and the record; --save writes the record (and a\n"
+    "                              volume tariff's carry-over) as the recording would; TRAFFIC holds\n"
+    "                              lines \"TICK RECEIVED SENT\", the byte counters from that tick on\n";
 
 struct Io {
   std::FILE* in;
@@ -143,6 +161,196 @@ int TariffPrice(const DataDir& dir, QStringList args, const Io& io) {
   return kOk;
 }
 
+// The byte counters of a simulated connection: each line of the traffic file
+// holds from its tick on, and before the first both are 0.
+class ScriptedTraffic final : public TrafficSource {
+ public:
+  ScriptedTraffic(const Clock& clock, QDateTime start, std::map<qint64, TrafficCount> counts)
+      : clock_(clock), start_(std::move(start)), counts_(std::move(counts)) {}
+
+  std::optional<TrafficCount> Read(qint32) override {
+    const qint64 tick = start_.secsTo(clock_.Now()) + 1;
+    auto after = counts_.upper_bound(tick);
+    if (after == counts_.begin()) {
+      return TrafficCount{};
+    }
+    return std::prev(after)->second;
+  }
+
+ private:
+  const Clock& clock_;
+  QDateTime start_;
+  std::map<qint64, TrafficCount> counts_;
+};
+
+// The dial-up entry that the simulated connection runs over.
+class SimulationHooks final : public MeterHooks {
+ public:
+  explicit SimulationHooks(QString connection) : connection_(std::move(connection)) {}
+  void DetectConnection(DetectedConnection& connection) override { connection.name = connection_; }
+
+ private:
+  QString connection_;
+};
+
+// Boxes become lines on standard error; a failure among them fails the run.
+class StderrPrompter final : public Prompter {
+ public:
+  explicit StderrPrompter(const Io& io) : io_(io) {}
+  void Message(const QString& text, Icon icon, const QString&) override {
+    std::fputs(("minutorctl: " + text + '\n').toUtf8().constData(), io_.err);
+    failed = failed || icon == Icon::Critical;
+  }
+  Answer Ask(const QString& text, const QString& title, bool) override {
+    Message(text, Icon::Question, title);
+    return Answer::No;
+  }
+  bool failed = false;
+
+ private:
+  const Io& io_;
+};
+
+// "TICK RECEIVED SENT" a line, blank lines allowed; nullopt and the number of
+// the bad line when a line is something else.
+std::optional<std::map<qint64, TrafficCount>> ReadTrafficScript(const QByteArray& bytes, int* badLine) {
+  std::map<qint64, TrafficCount> counts;
+  const QList<QByteArray> lines = SplitLines(bytes);
+  for (qsizetype i = 0; i < lines.size(); ++i) {
+    const QList<QByteArray> fields = lines[i].simplified().split(' ');
+    if (fields.size() == 1 && fields.first().isEmpty()) {
+      continue;
+    }
+    bool tickOk = false;
+    bool receivedOk = false;
+    bool sentOk = false;
+    const qint64 tick = fields.value(0).toLongLong(&tickOk);
+    const qint64 received = fields.value(1).toLongLong(&receivedOk);
+    const qint64 sent = fields.value(2).toLongLong(&sentOk);
+    if (fields.size() != 3 || !tickOk || !receivedOk || !sentOk || tick < 1 || received < 0 || sent < 0) {
+      *badLine = static_cast<int>(i + 1);
+      return std::nullopt;
+    }
+    counts[tick] = TrafficCount{static_cast<double>(received), static_cast<double>(sent)};
+  }
+  return counts;
+}
+
+int Simulate(const DataDir& dir, QStringList args, const Io& io) {
+  QString file;
+  QDateTime start;
+  qint64 seconds = -1;
+  QString trafficFile;
+  AppState state;
+  QString connection = QStringLiteral("unbekannt");
+  bool trace = false;
+  bool save = false;
+  LoadOptions(dir, state);
+  while (!args.isEmpty()) {
+    const QString arg = args.takeFirst();
+    const bool hasValue = !args.isEmpty();
+    if (arg == QLatin1String("--holiday")) {
+      state.FeiertagAktiv = true;
+    } else if (arg == QLatin1String("--bundling")) {
+      state.KanalbuendelungAktiv = true;
+    } else if (arg == QLatin1String("--trace")) {
+      trace = true;
+    } else if (arg == QLatin1String("--save")) {
+      save = true;
+    } else if (arg == QLatin1String("--start") && hasValue) {
+      start = QDateTime::fromString(args.takeFirst(), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+      if (!start.isValid()) {
+        return io.Usage(QStringLiteral("--start takes \"YYYY-MM-DD HH:MM:SS\""));
+      }
+    } else if (arg == QLatin1String("--seconds") && hasValue) {
+      bool ok = false;
+      seconds = args.takeFirst().toLongLong(&ok);
+      if (!ok || seconds < 1 || seconds > std::numeric_limits<int>::max()) {
+        return io.Usage(QStringLiteral("--seconds takes a number of seconds from 1 on"));
+      }
+    } else if (arg == QLatin1String("--user") && hasValue) {
+      state.ActiveUser = args.takeFirst();
+    } else if (arg == QLatin1String("--connection") && hasValue) {
+      connection = args.takeFirst();
+    } else if (arg == QLatin1String("--traffic") && hasValue) {
+      trafficFile = args.takeFirst();
+    } else if (file.isEmpty() && !arg.startsWith(QLatin1String("--"))) {
+      file = arg;
+    } else {
+      return io.Usage(QStringLiteral("unexpected argument %1").arg(arg));
+    }
+  }
+  if (file.isEmpty() || !start.isValid() || seconds < 0) {
+    return io.Usage(QStringLiteral("simulate needs a tariff file, --start and --seconds"));
+  }
+  if (file.contains(QLatin1Char('/')) || file.contains(QLatin1Char('\\')) ||
+      !dir.FileExists(QStringLiteral("Tarife/") + file)) {
+    return io.Fail(QStringLiteral("no tariff %1 in %2").arg(file, dir.Resolve(QStringLiteral("Tarife"))));
+  }
+  std::map<qint64, TrafficCount> counts;
+  if (!trafficFile.isEmpty()) {
+    const auto bytes = ReadFileBytes(QFileInfo(trafficFile).absoluteFilePath());
+    if (!bytes) {
+      return io.Fail(QStringLiteral("cannot read the traffic file %1").arg(trafficFile));
+    }
+    int badLine = 0;
+    auto script = ReadTrafficScript(*bytes, &badLine);
+    if (!script) {
+      return io.Fail(
+          QStringLiteral("%1, line %2: expected \"TICK RECEIVED SENT\"").arg(trafficFile).arg(badLine));
+    }
+    counts = std::move(*script);
+  }
+  state.AktuellerTarif = file;
+  state.DetectionSource = 0;
+  const QString refusal = TarifCheckMessage(state.AktuellerTarif, state.ActiveUser);
+  if (!refusal.isEmpty()) {
+    return io.Fail(refusal);
+  }
+  state.Restfrei = ComputeFreeAllowance(dir, file, start.date()).restfrei;
+
+  FixedClock clock(start);
+  StderrPrompter prompter(io);
+  Services services{state, dir, clock, prompter};
+  ScriptedTraffic traffic(clock, start, std::move(counts));
+  SimulationHooks hooks(connection);
+  Meter meter(services, traffic, hooks);
+  meter.SetWritesFiles(save);
+
+  const QStringList shown = {
+      QStringLiteral("lblDauer"),    QStringLiteral("lblKosten"),   QStringLiteral("lblEinheiten"),
+      QStringLiteral("lblRestFrei"), QStringLiteral("lblEinheit"),  QStringLiteral("lblEuroProMinute"),
+      QStringLiteral("lblBytesIn"),  QStringLiteral("lblBytesOut"), QStringLiteral("lblBytesInOut")};
+  auto showLabels = [&] {
+    for (const QString& name : shown) {
+      io.Line(name + QLatin1Char('\t') + meter.Labels().Text(name));
+    }
+  };
+  auto traceTick = [&] {
+    if (trace) {
+      io.Line(QStringLiteral("tick %1").arg(meter.TickCount()));
+      showLabels();
+    }
+  };
+
+  meter.Counter_Start();
+  meter.TimerStarterTick();
+  traceTick();
+  while (meter.TickCount() < seconds) {
+    clock.Advance(1);
+    meter.Tick();
+    traceTick();
+  }
+  meter.Counter_Stop();
+
+  showLabels();
+  const QList<QByteArray> record = RecordPlainLines(meter.Labels().Record());
+  for (qsizetype i = 0; i < record.size(); ++i) {
+    io.Line(QStringLiteral("record %1\t").arg(i + 1) + FromAnsi(record[i]));
+  }
+  return prompter.failed ? kError : kOk;
+}
+
 }  // namespace
 
 int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* in, std::FILE* out,
@@ -162,6 +370,9 @@ int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* 
   }
   const DataDir dir(dataDir);
   const QString group = args.takeFirst();
+  if (group == QLatin1String("simulate")) {
+    return Simulate(dir, args, io);
+  }
   const QString command = args.takeFirst();
 
   if (group == QLatin1String("field") && command == QLatin1String("encrypt")) {

@@ -2,6 +2,7 @@
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
 
+#include <QDir>
 #include <QProcess>
 #include <QTest>
 
@@ -109,6 +110,94 @@ class TestMinutorctl : public QObject {
     const Result list = Ctl({"--datadir", data.path(), "tariff", "list"});
     QCOMPARE(list.code, 0);
     QCOMPARE(list.out, QByteArray("Test\tM - Zonen\tTest - Zonen.tel\n"));
+  }
+
+  void simulatesARecordingWithTheProgramsMeter() {
+    test::TempDataDir data;
+    data.write(QStringLiteral("Tarife/Test - Zonen.tel"), kTariff);
+    const QStringList base{"--datadir",        data.path(), "simulate",
+                           "Test - Zonen.tel", "--start",   "2026-11-23 17:59:00"};
+    // Evening from 18:00 on: the second unit already costs the evening price.
+    const Result r = Ctl(base + QStringList{"--seconds", "121", "--connection", "Modem", "--user", "Jörg"});
+    QCOMPARE(r.code, 0);
+    QCOMPARE(QString::fromUtf8(r.out),
+             QStringLiteral(
+                 "lblDauer\t00:02:01\nlblKosten\t0,159 €\nlblEinheiten\t3 (59s)\nlblRestFrei\tkeine\n"
+                 "lblEinheit\t60s\nlblEuroProMinute\t0,039 €\nlblBytesIn\tunbekannt\nlblBytesOut\tunbekannt\n"
+                 "lblBytesInOut\tunbekannt\nrecord 1\tS23.11.2026\nrecord 2\t17:59:00\nrecord 3\t00:02:01\n"
+                 "record 4\tS0,16\nrecord 5\t3\nrecord 6\t0\nrecord 7\t0\nrecord 8\t0\nrecord 9\tModem\n"
+                 "record 10\tTest - Zonen.tel\nrecord 11\tJörg\n"));
+    // Without --save nothing is written.
+    QCOMPARE(QDir(data.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"Tarife"});
+
+    // A volume tariff with free transfer, its traffic from a file, traced
+    // tick by tick and saved.
+    data.write(QStringLiteral("Tarife/Funk - Volumen.tel"),
+               "Volumenabrechnung:Ja\r\nVolumenkosten:10\r\nVolumeneinheit:1\r\nVolumengrenze:1\r\n");
+    data.write(QStringLiteral("traffic.txt"), "2 300000 100000\n\n4 1500000 200000\n");
+    const Result v =
+        Ctl({"--datadir", data.path(), "simulate", "Funk - Volumen.tel", "--start", "2026-11-23 10:00:00",
+             "--seconds", "5", "--traffic", data.path(QStringLiteral("traffic.txt")), "--trace", "--save"});
+    QCOMPARE(v.code, 0);
+    const QList<QByteArray> lines = v.out.split('\n');
+    QCOMPARE(lines.size(), 5 * 10 + 9 + 11 + 1);
+    QCOMPARE(lines.at(0), QByteArray("tick 1"));
+    QCOMPARE(lines.at(3), QByteArray("lblEinheiten\tFlatrate"));
+    QCOMPARE(lines.at(10), QByteArray("tick 2"));
+    QCOMPARE(lines.at(12), QByteArray("lblKosten\t0 (0,100 €)"));
+    QCOMPARE(lines.at(13), QByteArray("lblEinheiten\t1 (600KB)"));
+    QCOMPARE(lines.at(19), QByteArray("lblBytesInOut\t400.000 Bytes"));
+    QCOMPARE(lines.at(40), QByteArray("tick 5"));
+    QCOMPARE(lines.at(44), QByteArray("lblRestFrei\t-0,700MB"));
+    QCOMPARE(lines.at(42), QByteArray("lblKosten\t0 (0,100 €)"));
+    QCOMPARE(QString::fromUtf8(v.out.mid(v.out.indexOf("record 4"))),
+             QStringLiteral(
+                 "record 4\tS0,00\nrecord 5\t2\nrecord 6\t1500000\nrecord 7\t200000\nrecord 8\t1700000\n"
+                 "record 9\tunbekannt\nrecord 10\tFunk - Volumen.tel\nrecord 11\tSupervisor\n"));
+    QCOMPARE(data.read(QStringLiteral("Prerun/Funk - Volumen.dat")), QByteArray(" 300 \r\n"));
+    const Result saved = Ctl({"--datadir", data.path(), "record", "show", "23112026-100000.con"});
+    QCOMPARE(saved.out,
+             QByteArray("1\tS23.11.2026\n2\t10:00:00\n3\t00:00:05\n4\tS0,00\n5\t2\n6\t1500000\n"
+                        "7\t200000\n8\t1700000\n9\tunbekannt\n10\tFunk - Volumen.tel\n11\tSupervisor\n"));
+
+    // The free minutes left at the start, as the Overview counts them: two
+    // hours less an hour this month.
+    data.write(QStringLiteral("Tarife/Test - Frei.tel"),
+               QByteArray(kTariff).replace("Takt:60/60", "Takt:60/60\r\nFreiminuten:120"));
+    RecordLabels earlier;
+    earlier.startTag = QStringLiteral("01112026");
+    earlier.startTime = QStringLiteral("08:00:00");
+    earlier.dauer = QStringLiteral("01:00:00");
+    earlier.tarif = QStringLiteral("Test - Frei.tel");
+    test::RecordingPrompter prompter;
+    QCOMPARE(SaveConnection(data.dir(), earlier, prompter), SaveResult::Saved);
+    const Result free = Ctl({"--datadir", data.path(), "simulate", "Test - Frei.tel", "--start",
+                             "2026-11-23 09:00:00", "--seconds", "3601", "--holiday", "--bundling"});
+    QCOMPARE(free.code, 0);
+    QVERIFY(free.out.contains("lblRestFrei\t-00:00:01\n"));
+    // The opening unit and the first after the free time, at the holiday
+    // price of 1,5 a minute and counted twice.
+    QVERIFY(free.out.contains("lblKosten\t0,060 €\n"));
+
+    const Result badTraffic =
+        Ctl(base + QStringList{"--seconds", "3", "--traffic", data.path(QStringLiteral("Tarife"))});
+    QCOMPARE(badTraffic.code, 1);
+    data.write(QStringLiteral("traffic.txt"), "1 2 3\nzwei 4 5\n");
+    const Result badLine =
+        Ctl(base + QStringList{"--seconds", "3", "--traffic", data.path(QStringLiteral("traffic.txt"))});
+    QCOMPARE(badLine.code, 1);
+    QVERIFY(badLine.err.contains("line 2"));
+    const Result noUser = Ctl(base + QStringList{"--seconds", "3", "--user", ""});
+    QCOMPARE(noUser.code, 1);
+    QVERIFY(noUser.err.contains("Kein Benutzer ausgewählt!"));
+    QCOMPARE(Ctl({"--datadir", data.path(), "simulate", "Fehlt - X.tel", "--start", "2026-11-23 09:00:00",
+                  "--seconds", "3"})
+                 .code,
+             1);
+    QCOMPARE(Ctl(base + QStringList{"--seconds", "0"}).code, 2);
+    QCOMPARE(Ctl(base).code, 2);
+    QCOMPARE(Ctl({"simulate", "Test - Zonen.tel", "--seconds", "5"}).code, 2);
+    QCOMPARE(Ctl(base + QStringList{"--seconds", "5", "--fast"}).code, 2);
   }
 
   void mistakesAreToldApart() {
