@@ -3,11 +3,14 @@
 
 #include "app/SignalQuit.h"
 #include "frame/AppState.h"
+#include "frame/Clock.h"
+#include "frame/Services.h"
 #include "frame/SingleInstance.h"
 #include "frame/StartUp.h"
 #include "frame/datadir/DataDir.h"
 #include "frame/ui/MainWindow.h"
 #include "frame/ui/MessageBoxPrompter.h"
+#include "metering/TrafficSource.h"
 
 #include <QApplication>
 #include <QDir>
@@ -17,6 +20,8 @@ int main(int argc, char* argv[]) {
   QApplication::setApplicationName(QStringLiteral("Minutor"));
   QApplication::setApplicationVersion(QStringLiteral("3.3"));
   QApplication::setDesktopFileName(QStringLiteral("minutor"));
+  // The window hides to the tray; only closing it ends the program.
+  QApplication::setQuitOnLastWindowClosed(false);
 
   const QString exeDir = QApplication::applicationDirPath();
   const minutor::DataDir dir(minutor::DataDir::DefaultLocation(exeDir));
@@ -37,17 +42,19 @@ int main(int argc, char* argv[]) {
 
   minutor::AppState state;
   minutor::RunStartSteps(dir, minutor::DataDir::ShippedLocation(exeDir), state);
+  minutor::SystemClock clock;
+  minutor::Services services{state, dir, clock, prompter};
+  // Traffic counters of the system come with the detection of connections.
+  minutor::NoTrafficSource traffic;
 
-  minutor::MainWindow window(state);
+  minutor::MainWindow window(services, traffic);
   prompter.setParent(&window);
+  QObject::connect(&window, &minutor::MainWindow::closed, &app, &QApplication::quit);
+
   minutor::SignalQuit signalQuit;
-  QObject::connect(&signalQuit, &minutor::SignalQuit::quitRequested, &window, &QWidget::close);
-  if (state.StartMinimized) {
-    window.showMinimized();
-  } else {
-    window.show();
-  }
-  // Centred once shown, when the size of the window's frame is known.
-  window.CenterOnScreen();
+  QObject::connect(&signalQuit, &minutor::SignalQuit::quitRequested, &window,
+                   [&window] { window.CloseFor(minutor::MainWindow::UnloadMode::SessionEnd); });
+
+  window.Start();
   return QApplication::exec();
 }

@@ -35,6 +35,7 @@ struct AppState {
   // User
   QString ActiveUser = QStringLiteral("Supervisor");
   bool NoMonitoringSettings = false;
+  bool QuitLocked = false;
   bool DayLimitOn = false;
   bool MonthLimitOn = false;
 

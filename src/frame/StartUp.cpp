@@ -29,6 +29,10 @@ void LoadMonitoring(const DataDir& dir, AppState& state) {
   state.MonitoringOn = !lines->isEmpty() && IsOne(lines->first());
 }
 
+void SaveMonitoring(const DataDir& dir, bool on) {
+  dir.WriteLines(QStringLiteral("Config/Monitoring.cfg"), {PrintedNumber(on ? 1 : 0)});
+}
+
 void LoadConCheck(const DataDir& dir, AppState& state) {
   state.MethodIP = false;
   state.MethodIE = true;

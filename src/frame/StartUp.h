@@ -15,6 +15,9 @@ void CreateDefaultUser(const DataDir& dir);
 // only the value 1 means on.
 void LoadMonitoring(const DataDir& dir, AppState& state);
 
+// Writes the monitoring switch as line 1 of "Config/Monitoring.cfg".
+void SaveMonitoring(const DataDir& dir, bool on);
+
 // The detection methods and the interval from "Config/ConCheck.cfg", and the
 // addresses to ignore from "Config/IgnoredIPs.cfg".
 void LoadConCheck(const DataDir& dir, AppState& state);

@@ -1,36 +1,228 @@
 #include "frame/AppState.h"
+#include "frame/Clock.h"
+#include "frame/Services.h"
+#include "frame/StartUp.h"
 #include "frame/ui/MainWindow.h"
+#include "frame/ui/SideBar.h"
+#include "metering/TrafficSource.h"
+#include "support/RecordingPrompter.h"
+#include "support/TempDataDir.h"
 
+#include <QDir>
 #include <QGuiApplication>
+#include <QMenu>
 #include <QScreen>
 #include <QTest>
+#include <QToolButton>
+
+#include <memory>
 
 using namespace minutor;
+
+namespace {
+
+// A program on a data directory of its own, with a tariff chosen on the
+// Overview, as a user leaves it between two starts.
+struct Program {
+  test::TempDataDir data;
+  AppState state;
+  SystemClock clock;
+  test::RecordingPrompter prompter;
+  Services services{state, data.dir(), clock, prompter};
+  NoTrafficSource traffic;
+  std::unique_ptr<MainWindow> window;
+
+  explicit Program(bool withTariff = true) {
+    if (withTariff) {
+      data.write(QStringLiteral("Config/Overview.cfg"),
+                 "\r\nSupervisor\r\nFunkwelle\r\nFunkwelle - Tag und Nacht.tel\r\n");
+    }
+    RunStartSteps(data.dir(), test::TempDataDir::shippedDir(), state);
+    window = std::make_unique<MainWindow>(services, traffic);
+    window->Start();
+  }
+
+  QStringList records() const {
+    return QDir(data.path(QStringLiteral("Verbindungen"))).entryList(QStringList{"*.con"}, QDir::Files);
+  }
+};
+
+}  // namespace
 
 class TestMainWindow : public QObject {
   Q_OBJECT
 
  private slots:
-  void frameHasItsTitleSizeAndPlace() {
-    AppState state;
-    state.ActiveUser = QStringLiteral("Anna B");
-    MainWindow window(state);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    window.CenterOnScreen();
-
-    QCOMPARE(window.windowTitle(), QStringLiteral("Minutor 3.3"));
-    QCOMPARE(window.size(), QSize(MainWindow::kWidth, MainWindow::kHeight));
-    QCOMPARE(window.minimumSize(), window.maximumSize());
-    QVERIFY(!(window.windowFlags() & Qt::WindowMaximizeButtonHint));
-
+  void startEndsOnTheIdleOverview() {
+    Program p;
+    MainWindow& w = *p.window;
+    QVERIFY(QTest::qWaitForWindowExposed(&w));
+    QCOMPARE(w.windowTitle(), QStringLiteral("Minutor 3.3"));
+    QCOMPARE(w.size(), QSize(MainWindow::kWidth, MainWindow::kHeight));
+    QCOMPARE(w.minimumSize(), w.maximumSize());
+    const QPoint centre = w.frameGeometry().center();
     const QRect screen = QGuiApplication::primaryScreen()->geometry();
-    const QPoint centre = window.frameGeometry().center();
-    QVERIFY(qAbs(centre.x() - screen.center().x()) <= 1);
-    QVERIFY(qAbs(centre.y() - screen.center().y()) <= 1);
+    QVERIFY(qAbs(centre.x() - screen.center().x()) <= 1 && qAbs(centre.y() - screen.center().y()) <= 1);
 
-    QCOMPARE(window.statusField(1)->text(), QStringLiteral("Aufzeichnung ist nicht aktiv"));
-    QCOMPARE(window.statusField(2)->text(), QStringLiteral("Aktiver Benutzer: Anna B"));
+    QVERIFY(w.IsFormLoaded(QStringLiteral("Overview")));
+    QVERIFY(w.overview()->isVisible());
+    QVERIFY(!w.IsFormLoaded(QStringLiteral("Connection")));
+    QVERIFY(w.IsOnlineCheckActive());
+    QVERIFY(w.statusField(0)->text().contains(QStringLiteral(" - ")));
+    QCOMPARE(w.statusField(1)->text(), QStringLiteral("Aufzeichnung ist nicht aktiv"));
+    QCOMPARE(w.statusField(2)->text(), QStringLiteral("Aktiver Benutzer: Supervisor"));
+    QCOMPARE(w.sideBar()->Label(0), QStringLiteral("Übersicht"));
+    QVERIFY(w.sideBar()->IsEntryEnabled(0));
+    for (int index = 1; index < SideBar::kEntries; ++index) {
+      QVERIFY(!w.sideBar()->IsEntryEnabled(index));  // their panels come later
+    }
+    QCOMPARE(p.state.AktuellerTarif, QStringLiteral("Funkwelle - Tag und Nacht.tel"));
+
+    // A maximise command leaves the window at its size.
+    w.setWindowState(Qt::WindowMaximized);
+    QApplication::processEvents();
+    QCOMPARE(w.size(), QSize(MainWindow::kWidth, MainWindow::kHeight));
+  }
+
+  void navigationAndTheGroupPages() {
+    Program p;
+    MainWindow& w = *p.window;
+    OverviewPanel* overview = w.overview();
+    w.sideBar()->EntryButton(0)->click();  // the panel shown: nothing happens
+    QCOMPARE(w.overview(), overview);
+    w.sideBar()->HeaderButton(2)->click();
+    QCOMPARE(w.sideBar()->CurrentPage(), 2);
+    QVERIFY(w.sideBar()->EntryButton(6)->isVisible());
+    QVERIFY(!w.sideBar()->EntryButton(0)->isVisible());
+    w.sideBar()->HeaderButton(0)->click();
+    QCOMPARE(w.sideBar()->CurrentPage(), 0);
+    w.sideBar()->SetLabel(0, QStringLiteral("[Gesperrt]"));
+    w.HideWindows();
+    w.sideBar()->EntryButton(0)->click();  // barred: leads nowhere
+    QVERIFY(!w.IsFormLoaded(QStringLiteral("Overview")));
+  }
+
+  void manualRecordingFromStartToReturn() {
+    Program p;
+    MainWindow& w = *p.window;
+    w.StartManualRecording();
+    QVERIFY(w.IsFormLoaded(QStringLiteral("Connection")));
+    QVERIFY(!w.IsFormLoaded(QStringLiteral("Overview")));
+    QVERIFY(w.connection()->isVisible());
+    QCOMPARE(w.statusField(1)->text(), QStringLiteral("Aufzeichnung aktiv"));
+    QCOMPARE(w.sideBar()->Label(0), QStringLiteral("Verbindung"));
+    QVERIFY(!w.IsOnlineCheckActive());
+    QTRY_VERIFY_WITH_TIMEOUT(w.connection()->TickCount() >= 2, 5000);
+    QVERIFY(w.windowTitle().contains(QStringLiteral(" | ")));
+    QCOMPARE(w.connection()->LabelText(QStringLiteral("lblDauer")),
+             QStringLiteral("00:00:0%1").arg(w.connection()->TickCount()));
+
+    // Navigation hides the recording's panel but never closes it.
+    ConnectionPanel* panel = w.connection();
+    w.HideWindows();
+    QVERIFY(!panel->isVisible());
+    const int ticks = panel->TickCount();
+    QTRY_VERIFY_WITH_TIMEOUT(panel->TickCount() > ticks, 3000);
+    w.sideBar()->EntryButton(0)->click();
+    QCOMPARE(w.connection(), panel);
+    QVERIFY(panel->isVisible());
+
+    w.StopManualRecording();
+    QCOMPARE(p.records().size(), 1);
+    QTRY_VERIFY(!w.IsFormLoaded(QStringLiteral("Connection")));
+    QVERIFY(w.IsFormLoaded(QStringLiteral("Overview")));
+    QVERIFY(w.overview()->isVisible());
+    QCOMPARE(w.windowTitle(), QStringLiteral("Minutor 3.3"));
+    QCOMPARE(w.statusField(1)->text(), QStringLiteral("Aufzeichnung ist nicht aktiv"));
+    QCOMPARE(w.sideBar()->Label(0), QStringLiteral("Übersicht"));
+    QVERIFY(w.IsOnlineCheckActive());
+    QVERIFY(p.prompter.messages.isEmpty());
+  }
+
+  void startWithoutTariffIsRefused() {
+    Program p(false);
+    MainWindow& w = *p.window;
+    p.state.AktuellerTarif.clear();
+    w.StartManualRecording();
+    QCOMPARE(p.prompter.messages.value(0),
+             QStringLiteral("Kein Tarif ausgewählt! Wählen Sie zuerst einen Tarif aus, bevor Sie die "
+                            "Verbindung starten."));
+    QVERIFY(!w.IsFormLoaded(QStringLiteral("Connection")));
+    QVERIFY(w.IsFormLoaded(QStringLiteral("Overview")));
+    QVERIFY(!p.state.MonitoringOn);
+    QCOMPARE(p.data.read(QStringLiteral("Config/Monitoring.cfg")).trimmed(), QByteArray("0"));
+  }
+
+  void closingDuringARecordingAsks() {
+    const QString question = QStringLiteral(
+        "Es wird gerade eine Verbindung aufgezeichnet. Sollen die ermittelten Daten gespeichert "
+        "werden?");
+    {  // Cancel: the recording goes on without a gap.
+      Program p;
+      p.prompter.answers = {Prompter::Answer::Cancel};
+      p.window->StartManualRecording();
+      QTRY_VERIFY_WITH_TIMEOUT(p.window->connection()->TickCount() >= 1, 3000);
+      const int ticks = p.window->connection()->TickCount();
+      QVERIFY(!p.window->close());
+      QCOMPARE(p.prompter.messages.last(), question);
+      QVERIFY(p.window->isVisible());
+      QVERIFY(p.window->connection()->IsRecording());
+      QTRY_VERIFY_WITH_TIMEOUT(p.window->connection()->TickCount() > ticks, 3000);
+      QVERIFY(p.records().isEmpty());
+    }
+    {  // No: the record is lost on purpose.
+      Program p;
+      p.prompter.answers = {Prompter::Answer::No};
+      p.window->StartManualRecording();
+      QVERIFY(p.window->close());
+      QVERIFY(p.records().isEmpty());
+    }
+    {  // Yes: the recording is saved.
+      Program p;
+      p.prompter.answers = {Prompter::Answer::Yes};
+      p.window->StartManualRecording();
+      QVERIFY(p.window->close());
+      QCOMPARE(p.records().size(), 1);
+    }
+    {  // The session ends: no question and no record.
+      Program p;
+      p.window->StartManualRecording();
+      p.window->CloseFor(MainWindow::UnloadMode::SessionEnd);
+      QVERIFY(!p.window->isVisible());
+      QVERIFY(p.prompter.messages.isEmpty());
+      QVERIFY(p.records().isEmpty());
+    }
+  }
+
+  void aLockedUserCantQuit() {
+    Program p;
+    p.state.QuitLocked = true;
+    QVERIFY(!p.window->close());
+    QCOMPARE(p.prompter.messages.last(),
+             QStringLiteral("Minutor kann nicht beendet werden, da diesem Benutzer Zugriffsbeschränkungen "
+                            "zugeteilt wurden."));
+    p.prompter.messages.clear();
+    p.window->CloseFor(MainWindow::UnloadMode::SessionEnd);  // refused, but not told
+    QVERIFY(p.prompter.messages.isEmpty());
+  }
+
+  void trayMenuIsBuiltForTheMoment() {
+    Program p;
+    auto texts = [&] {
+      QStringList all;
+      for (QAction* action : p.window->BuildTrayMenu()->actions()) {
+        all.append(action->isSeparator() ? QStringLiteral("-") : action->text());
+      }
+      return all;
+    };
+    QCOMPARE(texts(), (QStringList{"&Beenden", "-", "Über&wachung", "Aufzeichnung &starten"}));
+    p.window->BuildTrayMenu()->actions().at(2)->trigger();
+    QVERIFY(!p.state.MonitoringOn);
+    QCOMPARE(p.data.read(QStringLiteral("Config/Monitoring.cfg")).trimmed(), QByteArray("0"));
+    p.window->StartManualRecording();
+    QCOMPARE(texts(), (QStringList{"&Beenden", "-", "Überwachung", "Aufzeichnung &stoppen"}));
+    p.window->BuildTrayMenu()->actions().at(3)->trigger();
+    QCOMPARE(p.records().size(), 1);
   }
 };
 

@@ -1,28 +1,98 @@
 #include "frame/ui/MainWindow.h"
 
+#include "desk/ui/OverviewPanel.h"
+#include "desk/ui/SmallWindow.h"
 #include "frame/AppState.h"
+#include "frame/Clock.h"
+#include "frame/Prompter.h"
+#include "frame/Services.h"
+#include "frame/datadir/ClockText.h"
+#include "frame/ui/SideBar.h"
+#include "metering/ConnectionChecks.h"
+#include "metering/ui/ConnectionPanel.h"
 
+#include <QCloseEvent>
 #include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLocale>
+#include <QMenu>
 #include <QScreen>
 #include <QStatusBar>
+#include <QStyle>
+#include <QSystemTrayIcon>
 
 namespace minutor {
 
-MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), state_(state) {
-  setWindowTitle(QStringLiteral("Minutor 3.3"));
+namespace {
+
+const QString kTitle = QStringLiteral("Minutor 3.3");
+const QString kOverviewLabel = QStringLiteral("Übersicht");
+const QString kConnectionLabel = QStringLiteral("Verbindung");
+const QString kLocked = QStringLiteral("[Gesperrt]");
+const QString kNotRecording = QStringLiteral("Aufzeichnung ist nicht aktiv");
+
+}  // namespace
+
+MainWindow::MainWindow(Services& services, TrafficSource& traffic, QWidget* parent)
+    : QMainWindow(parent), services_(services), traffic_(traffic) {
+  setObjectName(QStringLiteral("Form1"));
+  setWindowTitle(kTitle);
+  setWindowIcon(QIcon::fromTheme(QStringLiteral("minutor"), style()->standardIcon(QStyle::SP_ComputerIcon)));
   setWindowFlag(Qt::WindowMaximizeButtonHint, false);
   setFixedSize(kWidth, kHeight);
-  setCentralWidget(new QWidget(this));
+
+  auto* central = new QWidget(this);
+  auto* layout = new QHBoxLayout(central);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  sideBar_ = new SideBar(central);
+  sideBar_->setFixedWidth(118);
+  client_ = new QWidget(central);
+  client_->setObjectName(QStringLiteral("Picture2"));
+  auto* clientLayout = new QHBoxLayout(client_);
+  clientLayout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(sideBar_);
+  layout->addWidget(client_, 1);
+  setCentralWidget(central);
+  connect(sideBar_, &SideBar::entryClicked, this, &MainWindow::OnEntryClicked);
+
+  // Entries whose panel comes later stay disabled until it exists.
+  for (int index = 1; index < SideBar::kEntries; ++index) {
+    sideBar_->SetEntryEnabled(index, false);
+  }
 
   for (QLabel*& field : status_) {
     field = new QLabel(this);
     field->setFrameShape(QFrame::Panel);
     field->setFrameShadow(QFrame::Sunken);
-    statusBar()->addWidget(field, 1);
   }
+  statusBar()->addWidget(status_[0], 3);
+  statusBar()->addWidget(status_[1], 2);
+  statusBar()->addWidget(status_[2], 2);
   statusBar()->setSizeGripEnabled(false);
-  status_[1]->setText(QStringLiteral("Aufzeichnung ist nicht aktiv"));
-  status_[2]->setText(QStringLiteral("Aktiver Benutzer: ") + state_.ActiveUser);
+  status_[1]->setText(kNotRecording);
+  status_[2]->setText(QStringLiteral("Aktiver Benutzer: ") + services_.state.ActiveUser);
+
+  connect(&onlineCheck_, &QTimer::timeout, this, &MainWindow::OnlineCheckTick);
+}
+
+MainWindow::~MainWindow() { delete smallWindow_; }
+
+void MainWindow::Start() {
+  sideBar_->SetAllEnabled(false);
+  ShowDateTime();
+  lastHour_ = services_.clock.Now().time().hour();
+  onlineCheck_.setInterval(services_.state.CheckInterval * 1000);
+  if (services_.state.StartMinimized) {
+    showMinimized();
+  } else {
+    show();
+  }
+  // Centred once shown, when the size of the window's frame is known.
+  CenterOnScreen();
+  ShowOverview();
+  sideBar_->SetAllEnabled(true);
+  onlineCheck_.start();
 }
 
 void MainWindow::CenterOnScreen() {
@@ -33,6 +103,308 @@ void MainWindow::CenterOnScreen() {
   const QRect area = screen->geometry();
   move(area.left() + area.width() / 2 - frameGeometry().width() / 2,
        area.top() + area.height() / 2 - frameGeometry().height() / 2);
+}
+
+void MainWindow::CloseFor(UnloadMode mode) {
+  unloadMode_ = mode;
+  close();
+  unloadMode_ = UnloadMode::WindowClose;
+}
+
+bool MainWindow::IsFormLoaded(const QString& name) const {
+  if (name == QLatin1String("Overview")) {
+    return !overview_.isNull();
+  }
+  if (name == QLatin1String("Connection")) {
+    return !connection_.isNull();
+  }
+  if (name == QLatin1String("SmallWindow")) {
+    return !smallWindow_.isNull();
+  }
+  return false;
+}
+
+bool MainWindow::AnyPanelLoaded() const { return !overview_.isNull(); }
+
+void MainWindow::HideWindows() {
+  if (connection_) {
+    connection_->hide();
+  }
+  delete overview_;
+}
+
+void MainWindow::OnEntryClicked(int index) {
+  const QString label = sideBar_->Label(index);
+  if (label == kLocked) {
+    return;
+  }
+  if (index == 0 && label == kConnectionLabel) {
+    if (connection_) {
+      HideWindows();
+      ShowInClient(connection_);
+    }
+    return;
+  }
+  if (index == 0) {
+    if (overview_) {
+      return;
+    }
+    HideWindows();
+    ShowOverview();
+  }
+}
+
+void MainWindow::ShowInClient(QWidget* panel) {
+  if (panel->parentWidget() != client_) {
+    panel->setParent(client_);
+    client_->layout()->addWidget(panel);
+  }
+  panel->show();
+}
+
+void MainWindow::ShowOverview() {
+  if (!overview_) {
+    overview_ = new OverviewPanel(services_, client_);
+    connect(overview_, &OverviewPanel::startRequested, this, &MainWindow::StartManualRecording);
+    connect(overview_, &OverviewPanel::activeUserChanged, this, [this](const QString& name) {
+      status_[2]->setText(QStringLiteral("Aktiver Benutzer: ") + name);
+    });
+  }
+  ShowInClient(overview_);
+}
+
+void MainWindow::ShowDateTime() {
+  const QDateTime now = services_.clock.Now();
+  status_[0]->setText(QLocale().toString(now.date(), QStringLiteral("d. MMMM yyyy")) + QStringLiteral(" - ") +
+                      LongTimeText(now.time()));
+}
+
+void MainWindow::OnlineCheckTick() {
+  ShowDateTime();
+  lastHour_ = services_.clock.Now().time().hour();
+}
+
+void MainWindow::StartManualRecording() {
+  if (connection_) {
+    return;
+  }
+  services_.state.DetectionSource = 0;
+  connection_ = new ConnectionPanel(services_, traffic_, client_);
+  connection_->hide();
+  connect(connection_, &ConnectionPanel::recordingStarted, this, &MainWindow::OnRecordingStarted);
+  connect(connection_, &ConnectionPanel::ticked, this, &MainWindow::OnRecordingTicked);
+  connect(connection_, &ConnectionPanel::captionChanged, this, &QWidget::setWindowTitle);
+  connect(connection_, &ConnectionPanel::recordingStopped, this, &MainWindow::OnRecordingStopped);
+  connect(connection_, &ConnectionPanel::smallWindowWanted, this, &MainWindow::ShowSmallWindow);
+  if (!connection_->Load()) {
+    delete connection_;
+    if (overview_) {
+      overview_->SetMonitoringChecked(false);
+    }
+    ShowOverview();
+    return;
+  }
+  if (overview_) {
+    ShowInClient(connection_);
+  }
+  delete overview_;
+}
+
+void MainWindow::StopManualRecording() {
+  if (connection_) {
+    connection_->StopByUser();
+  }
+}
+
+void MainWindow::OnRecordingStarted() {
+  onlineCheck_.stop();
+  status_[1]->setText(QStringLiteral("Aufzeichnung aktiv"));
+  sideBar_->SetLabel(0, kConnectionLabel);
+}
+
+void MainWindow::OnRecordingTicked() {
+  ShowDateTime();
+  if (smallWindow_ && connection_) {
+    smallWindow_->UpdateSmallWindow(connection_->LabelText(QStringLiteral("lblDauer")),
+                                    connection_->LabelText(QStringLiteral("lblKosten")),
+                                    connection_->LabelText(QStringLiteral("lblBytesInOut")),
+                                    connection_->LabelText(QStringLiteral("lblBytesInOutPerSecond")));
+  }
+}
+
+void MainWindow::OnRecordingStopped() {
+  setWindowTitle(kTitle);
+  status_[1]->setText(kNotRecording);
+  sideBar_->SetLabel(0, kOverviewLabel);
+  // The panel is taken away once the event that stopped it has ended.
+  QTimer::singleShot(1, this, &MainWindow::CounterStopper);
+}
+
+void MainWindow::CounterStopper() {
+  delete smallWindow_;
+  if (connection_) {
+    connection_->hide();
+    connection_->deleteLater();
+    connection_ = nullptr;
+  }
+  onlineCheck_.start();
+  if (!AnyPanelLoaded()) {
+    ShowOverview();
+  }
+}
+
+void MainWindow::ShowSmallWindow(bool show) {
+  if (!show) {
+    delete smallWindow_;
+    return;
+  }
+  if (!smallWindow_) {
+    smallWindow_ = new SmallWindow(services_);
+    connect(smallWindow_, &SmallWindow::restoreRequested, this, [this] {
+      showNormal();
+      raise();
+      activateWindow();
+    });
+    connect(smallWindow_, &SmallWindow::minimizeRequested, this, [this] {
+      showMinimized();
+      if (smallWindow_) {
+        smallWindow_->showMinimized();
+      }
+    });
+  }
+  smallWindow_->Initialise();
+  OnRecordingTicked();
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() != QEvent::WindowStateChange) {
+    return;
+  }
+  if (smallWindow_ && (smallWindow_->windowState() & Qt::WindowMinimized)) {
+    smallWindow_->showNormal();
+  }
+  if (isVisible() && (windowState() & Qt::WindowMaximized)) {
+    setWindowState(windowState() & ~Qt::WindowMaximized);
+    setFixedSize(kWidth, kHeight);
+  }
+  if ((windowState() & Qt::WindowMinimized) && services_.state.HideToTray) {
+    AddSysTrayIcon();
+    QTimer::singleShot(0, this, &QWidget::hide);
+  }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  const int mode = static_cast<int>(unloadMode_);
+  if (services_.state.QuitLocked) {
+    if (mode != 2) {
+      event->ignore();
+      services_.prompter.Message(QStringLiteral("Minutor kann nicht beendet werden, da diesem Benutzer "
+                                                "Zugriffsbeschränkungen zugeteilt wurden."),
+                                 Prompter::Icon::Warning);
+    }
+    return;
+  }
+  if (connection_ && mode < 2) {
+    const Prompter::Answer answer = services_.prompter.Ask(
+        QStringLiteral(
+            "Es wird gerade eine Verbindung aufgezeichnet. Sollen die ermittelten Daten gespeichert "
+            "werden?"),
+        QStringLiteral("Beenden"), true);
+    if (answer == Prompter::Answer::Cancel) {
+      event->ignore();
+      return;
+    }
+    if (answer == Prompter::Answer::Yes && connection_) {
+      connection_->CounterStop();
+    }
+  }
+  delete smallWindow_;
+  KillSysTrayIcon();
+  event->accept();
+  emit closed();
+}
+
+QMenu* MainWindow::BuildTrayMenu() {
+  if (trayMenu_ == nullptr) {
+    trayMenu_ = new QMenu(this);
+  }
+  trayMenu_->clear();
+  trayMenu_->addAction(QStringLiteral("&Beenden"), this, [this] { CloseFor(UnloadMode::ByProgram); });
+  trayMenu_->addSeparator();
+  const bool on = services_.state.MonitoringOn;
+  QAction* monitoring =
+      trayMenu_->addAction(on ? QStringLiteral("Über&wachung") : QStringLiteral("Überwachung"));
+  monitoring->setCheckable(true);
+  monitoring->setChecked(on);
+  monitoring->setEnabled(!services_.state.NoMonitoringSettings);
+  connect(monitoring, &QAction::triggered, this, [this] { SetMonitoring(!services_.state.MonitoringOn); });
+  if (connection_) {
+    trayMenu_->addAction(QStringLiteral("Aufzeichnung &stoppen"), this, &MainWindow::StopManualRecording);
+  } else {
+    trayMenu_->addAction(QStringLiteral("Aufzeichnung &starten"), this, &MainWindow::StartManualRecording);
+  }
+  return trayMenu_;
+}
+
+void MainWindow::SetMonitoring(bool on) {
+  services_.state.MonitoringOn = on;
+  SaveMonitoringState(services_.dir, on);
+  if (overview_) {
+    overview_->SetMonitoringChecked(on);
+  }
+  if (connection_) {
+    connection_->SetMonitoringChecked(on);
+  }
+}
+
+void MainWindow::AddSysTrayIcon() {
+  if (tray_ == nullptr) {
+    tray_ = new QSystemTrayIcon(windowIcon(), this);
+    tray_->setToolTip(kTitle);
+    tray_->setContextMenu(BuildTrayMenu());
+    // The menu is made anew each time it opens.
+    connect(trayMenu_, &QMenu::aboutToShow, this, &MainWindow::BuildTrayMenu);
+    connect(tray_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+      switch (reason) {
+        case QSystemTrayIcon::DoubleClick:
+        case QSystemTrayIcon::Trigger:
+          // Desktops that speak the StatusNotifierItem protocol report no
+          // double click, so a single click restores as well.
+          RestoreFromTray();
+          break;
+        case QSystemTrayIcon::MiddleClick:
+          OnTrayMiddleClick();
+          break;
+        default:
+          break;
+      }
+    });
+  }
+  tray_->show();
+}
+
+void MainWindow::KillSysTrayIcon() {
+  if (tray_ != nullptr) {
+    tray_->hide();
+  }
+}
+
+void MainWindow::RestoreFromTray() {
+  show();
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  showNormal();
+  KillSysTrayIcon();
+}
+
+void MainWindow::OnTrayMiddleClick() {
+  if (services_.state.RecordingActive) {
+    if (connection_ && connection_->IsStopEnabled()) {
+      StopManualRecording();
+    }
+    return;
+  }
+  StartManualRecording();
 }
 
 }  // namespace minutor

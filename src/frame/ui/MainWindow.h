@@ -1,32 +1,117 @@
 #pragma once
 
+#include "desk/ui/OverviewPanel.h"
+#include "desk/ui/SmallWindow.h"
+#include "metering/ui/ConnectionPanel.h"
+
 #include <QLabel>
 #include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+
+#include <array>
+
+class QMenu;
+class QSystemTrayIcon;
 
 namespace minutor {
 
-struct AppState;
+class SideBar;
+class TrafficSource;
+struct Services;
 
-// The frame of the program: a window of fixed size with the status fields;
-// the panels live in its client area.
+// The frame of the program: a window of fixed size with the side bar, the
+// three status fields, the client area that shows one panel at a time, and
+// the tray symbol while the window is hidden.
 class MainWindow : public QMainWindow {
   Q_OBJECT
 
  public:
-  explicit MainWindow(AppState& state, QWidget* parent = nullptr);
+  MainWindow(Services& services, TrafficSource& traffic, QWidget* parent = nullptr);
+  ~MainWindow() override;
 
   // Window size in logical pixels: 8865 x 6735 twips.
   static constexpr int kWidth = 591;
   static constexpr int kHeight = 449;
 
+  // How a close came about, as the shutdown asks it.
+  enum class UnloadMode { WindowClose = 0, ByProgram = 1, SessionEnd = 2 };
+
+  // The steps of the start that need the window: the side bar is off while
+  // it runs, the status line and the hour are set, the window is centred and
+  // shown (or minimised), the Overview comes up, monitoring's loop starts.
+  void Start();
+
   // Half the screen less half the window, in both directions.
   void CenterOnScreen();
 
-  QLabel* statusField(int index) const { return status_[index]; }
+  // Closes the window as the given cause would; the shutdown steps run.
+  void CloseFor(UnloadMode mode);
+
+  // Whether a panel is open, asked by its name ("Overview", "Connection",
+  // "SmallWindow", ...).
+  bool IsFormLoaded(const QString& name) const;
+  // True when a panel other than the recording's is open.
+  bool AnyPanelLoaded() const;
+  // Hides the recording's panel if it is open and closes every other panel.
+  void HideWindows();
+
+  // The manual start, from the Overview's button or the tray.
+  void StartManualRecording();
+  // The manual stop, as the recording panel's stop button does it.
+  void StopManualRecording();
+
+  // The tray menu as it would open now.
+  QMenu* BuildTrayMenu();
+
+  SideBar* sideBar() const { return sideBar_; }
+  QLabel* statusField(int index) const { return status_[static_cast<std::size_t>(index)]; }
+  OverviewPanel* overview() const { return overview_; }
+  ConnectionPanel* connection() const { return connection_; }
+  SmallWindow* smallWindow() const { return smallWindow_; }
+  QSystemTrayIcon* trayIcon() const { return tray_; }
+  bool IsOnlineCheckActive() const { return onlineCheck_.isActive(); }
+
+ signals:
+  // The shutdown has run to its end and the window is closed.
+  void closed();
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
 
  private:
-  AppState& state_;
-  QLabel* status_[3] = {};
+  Services& services_;
+  TrafficSource& traffic_;
+  SideBar* sideBar_ = nullptr;
+  QWidget* client_ = nullptr;
+  std::array<QLabel*, 3> status_{};
+  QPointer<OverviewPanel> overview_;
+  QPointer<ConnectionPanel> connection_;
+  QPointer<SmallWindow> smallWindow_;
+  QSystemTrayIcon* tray_ = nullptr;
+  QMenu* trayMenu_ = nullptr;
+  QTimer onlineCheck_;
+  int lastHour_ = 0;
+  UnloadMode unloadMode_ = UnloadMode::WindowClose;
+
+  void OnEntryClicked(int index);
+  void ShowInClient(QWidget* panel);
+  void ShowOverview();
+  void ShowDateTime();
+  void OnlineCheckTick();
+
+  void OnRecordingStarted();
+  void OnRecordingTicked();
+  void OnRecordingStopped();
+  void CounterStopper();
+  void ShowSmallWindow(bool show);
+
+  void AddSysTrayIcon();
+  void KillSysTrayIcon();
+  void RestoreFromTray();
+  void OnTrayMiddleClick();
+  void SetMonitoring(bool on);
 };
 
 }  // namespace minutor

@@ -1,0 +1,131 @@
+#include "frame/ui/SideBar.h"
+
+#include <QStackedWidget>
+#include <QStyle>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace minutor {
+
+namespace {
+
+struct Entry {
+  const char* label;
+  int page;
+  QStyle::StandardPixmap icon;
+};
+
+constexpr std::array<Entry, SideBar::kEntries> kEntryTable = {{
+    {"Übersicht", 0, QStyle::SP_ComputerIcon},
+    {"Verbindungsliste", 0, QStyle::SP_FileDialogDetailedView},
+    {"Tarife", 0, QStyle::SP_FileDialogContentsView},
+    {"DFÜ", 2, QStyle::SP_DriveNetIcon},
+    {"Budget", 2, QStyle::SP_DialogSaveButton},
+    {"Benutzer", 2, QStyle::SP_DirHomeIcon},
+    {"Überwachung", 2, QStyle::SP_BrowserReload},
+    {"Sonstiges", 2, QStyle::SP_FileDialogInfoView},
+    {"Monatsdiagramm", 1, QStyle::SP_FileDialogListView},
+    {"Analyse", 1, QStyle::SP_MessageBoxInformation},
+}};
+
+// The headers of the three groups. Each page shows all three headers, the
+// one of its own group on top, so the user can switch from every page.
+constexpr std::array<const char*, SideBar::kPages> kGroupNames = {"Allgemein", "Auswertung", "Einstellungen"};
+
+}  // namespace
+
+SideBar::SideBar(QWidget* parent) : QWidget(parent) {
+  auto* outer = new QVBoxLayout(this);
+  outer->setContentsMargins(0, 0, 0, 0);
+  pages_ = new QStackedWidget(this);
+  outer->addWidget(pages_);
+
+  auto addHeader = [this](QVBoxLayout* layout, int group) {
+    auto* header = new QToolButton(layout->parentWidget());
+    header->setText(QString::fromUtf8(kGroupNames[static_cast<std::size_t>(group)]));
+    header->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    header->setProperty("group", group);
+    connect(header, &QToolButton::clicked, this, [this, group] { ShowPage(group); });
+    layout->addWidget(header);
+    headers_.append(header);
+  };
+
+  std::array<QVBoxLayout*, kPages> pageLayouts{};
+  for (int page = 0; page < kPages; ++page) {
+    auto* widget = new QWidget(pages_);
+    auto* layout = new QVBoxLayout(widget);
+    layout->setContentsMargins(2, 2, 2, 2);
+    layout->setSpacing(2);
+    // Headers of the groups above and including this one, then the entries,
+    // then the headers of the groups below.
+    for (int group = 0; group <= page; ++group) {
+      addHeader(layout, group);
+    }
+    pageLayouts[static_cast<std::size_t>(page)] = layout;
+    pages_->addWidget(widget);
+  }
+
+  for (int index = 0; index < kEntries; ++index) {
+    const Entry& entry = kEntryTable[static_cast<std::size_t>(index)];
+    QVBoxLayout* layout = pageLayouts[static_cast<std::size_t>(entry.page)];
+    auto* button = new QToolButton(layout->parentWidget());
+    button->setObjectName(QStringLiteral("Label1_%1").arg(index));
+    button->setText(QString::fromUtf8(entry.label));
+    button->setIcon(style()->standardIcon(entry.icon));
+    button->setIconSize(QSize(32, 32));
+    button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    button->setAutoRaise(true);
+    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    connect(button, &QToolButton::clicked, this, [this, index] { emit entryClicked(index); });
+    layout->addWidget(button);
+    entries_[static_cast<std::size_t>(index)] = button;
+    wanted_[static_cast<std::size_t>(index)] = true;
+  }
+
+  for (int page = 0; page < kPages; ++page) {
+    QVBoxLayout* layout = pageLayouts[static_cast<std::size_t>(page)];
+    layout->addStretch(1);
+    for (int group = page + 1; group < kPages; ++group) {
+      addHeader(layout, group);
+    }
+  }
+}
+
+QString SideBar::Label(int index) const { return EntryButton(index)->text(); }
+
+void SideBar::SetLabel(int index, const QString& label) { EntryButton(index)->setText(label); }
+
+void SideBar::SetEntryEnabled(int index, bool enabled) {
+  wanted_[static_cast<std::size_t>(index)] = enabled;
+  ApplyEnabled(index);
+}
+
+bool SideBar::IsEntryEnabled(int index) const { return EntryButton(index)->isEnabled(); }
+
+void SideBar::SetAllEnabled(bool enabled) {
+  allEnabled_ = enabled;
+  for (int index = 0; index < kEntries; ++index) {
+    ApplyEnabled(index);
+  }
+}
+
+void SideBar::ApplyEnabled(int index) {
+  EntryButton(index)->setEnabled(allEnabled_ && wanted_[static_cast<std::size_t>(index)]);
+}
+
+void SideBar::ShowPage(int page) { pages_->setCurrentIndex(page); }
+
+int SideBar::CurrentPage() const { return pages_->currentIndex(); }
+
+int SideBar::PageOf(int index) { return kEntryTable[static_cast<std::size_t>(index)].page; }
+
+QToolButton* SideBar::HeaderButton(int group) const {
+  for (QToolButton* button : headers_) {
+    if (button->property("group").toInt() == group && button->parentWidget() == pages_->currentWidget()) {
+      return button;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace minutor
