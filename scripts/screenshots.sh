@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 bash scripts/install-deps.sh
-cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMINUTOR_LOGIC_ONLY=OFF -DMINUTOR_SANITIZE=OFF
 cmake --build build --target minutor_screenshots
 export LC_ALL=de_DE.UTF-8 LANG=de_DE.UTF-8
 export XDG_RUNTIME_DIR=$(mktemp -d)

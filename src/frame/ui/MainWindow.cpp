@@ -1,5 +1,6 @@
 #include "frame/ui/MainWindow.h"
 
+#include "desk/SmallWindowSettings.h"
 #include "desk/ui/OverviewPanel.h"
 #include "desk/ui/SmallWindow.h"
 #include "frame/AppState.h"
@@ -155,8 +156,7 @@ void MainWindow::OnEntryClicked(int index) {
 }
 
 void MainWindow::ShowInClient(QWidget* panel) {
-  if (panel->parentWidget() != client_) {
-    panel->setParent(client_);
+  if (client_->layout()->indexOf(panel) < 0) {
     client_->layout()->addWidget(panel);
   }
   panel->show();
@@ -225,10 +225,11 @@ void MainWindow::OnRecordingStarted() {
 void MainWindow::OnRecordingTicked() {
   ShowDateTime();
   if (smallWindow_ && connection_) {
-    smallWindow_->UpdateSmallWindow(connection_->LabelText(QStringLiteral("lblDauer")),
-                                    connection_->LabelText(QStringLiteral("lblKosten")),
-                                    connection_->LabelText(QStringLiteral("lblBytesInOut")),
-                                    connection_->LabelText(QStringLiteral("lblBytesInOutPerSecond")));
+    smallWindow_->UpdateSmallWindow(
+        connection_->LabelText(QStringLiteral("lblDauer")),
+        connection_->LabelText(QStringLiteral("lblKosten")),
+        SmallWindowVolumeText(services_.state.BytesTotal),
+        SmallWindowRateText(connection_->LabelText(QStringLiteral("lblBytesInOutPerSecond"))));
   }
 }
 
