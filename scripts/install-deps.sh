@@ -6,6 +6,7 @@ packages=(
   cmake ninja-build g++ pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins libgl-dev
   xvfb xauth fonts-dejavu-core
+  dbus python3-dbusmock iproute2
 )
 
 missing=()
