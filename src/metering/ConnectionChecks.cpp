@@ -3,14 +3,11 @@
 #include "frame/AppState.h"
 #include "frame/Prompter.h"
 #include "frame/Services.h"
-#include "frame/datadir/DataDir.h"
-#include "frame/datadir/NumberText.h"
+#include "frame/StartUp.h"
 
 namespace minutor {
 
-void SaveMonitoringState(const DataDir& dir, bool on) {
-  dir.WriteLines(QStringLiteral("Config/Monitoring.cfg"), {PrintedNumber(on ? 1 : 0)});
-}
+void SaveMonitoringState(const DataDir& dir, bool on) { SaveMonitoring(dir, on); }
 
 QString TarifCheckMessage(const QString& aktuellerTarif, const QString& activeUser) {
   if (aktuellerTarif.size() < 4) {

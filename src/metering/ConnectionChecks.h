@@ -7,8 +7,8 @@ namespace minutor {
 class DataDir;
 struct Services;
 
-// The monitoring switch of the Overview and the connection panel, line 1 of
-// "Config/Monitoring.cfg".
+// The monitoring switch of the connection panel and the tray menu, written
+// as the start-up reads it.
 void SaveMonitoringState(const DataDir& dir, bool on);
 
 // Why a recording can't start: no tariff chosen (a handle shorter than four
