@@ -1,0 +1,44 @@
+#include "detection/RemoteAccess.h"
+
+#include "frame/datadir/Names.h"
+
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QTimer>
+#include <algorithm>
+
+namespace minutor {
+
+namespace {
+constexpr int kHangUpPollMs = 50;
+}
+
+bool RemoteAccess::HangUp(const QString& handle) {
+  if (handle.isEmpty() || !GetConnectState(handle)) {
+    return true;
+  }
+  RequestHangUp(handle);
+  const QDeadlineTimer deadline(hangUpTimeoutMs_);
+  while (GetConnectState(handle)) {
+    if (deadline.hasExpired()) {
+      return false;
+    }
+    QEventLoop loop;
+    QTimer::singleShot(qMin<qint64>(kHangUpPollMs, deadline.remainingTime()), &loop, &QEventLoop::quit);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+  }
+  return true;
+}
+
+bool IsUsableEntryName(const QString& name) {
+  if (name.trimmed().isEmpty() || !IsValidName(name)) {
+    return false;
+  }
+  // Control characters pass the name check but make files nobody can type.
+  return std::none_of(name.begin(), name.end(),
+                      [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; });
+}
+
+QStringList GetDFUe(RemoteAccess& remoteAccess) { return remoteAccess.GetEntries(); }
+
+}  // namespace minutor
