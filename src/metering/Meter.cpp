@@ -32,11 +32,16 @@ QString BytesText(double bytes) { return QLocale().toString(bytes, 'f', 0) + QSt
 // A rate in kilobytes per second, "0.0"; the label holds no unit.
 QString RateText(float bytesPerSecond) { return FixedText(static_cast<double>(bytesPerSecond) / 1000.0, 1); }
 
-qint32 ToInt32(double value) {
-  constexpr double low = std::numeric_limits<qint32>::min();
-  constexpr double high = std::numeric_limits<qint32>::max();
-  return value >= low && value <= high ? static_cast<qint32>(value)
-                                       : (value > 0 ? qint32(high) : qint32(low));
+// The total as LetzteBytes keeps it. 64 bits, as the kernel counts: a long
+// connection passes 2 GiB, and after a reset the labels must wait for the
+// whole of the former total.
+qint64 WholeBytes(double value) {
+  constexpr double low = -0x1p63;
+  constexpr double high = 0x1p63;
+  if (value >= high) {
+    return std::numeric_limits<qint64>::max();
+  }
+  return value >= low ? static_cast<qint64>(value) : std::numeric_limits<qint64>::min();
 }
 
 }  // namespace
@@ -287,21 +292,23 @@ void Meter::Counter_Stop() {
 
 void Meter::UpdateTraffic() {
   AppState& s = services_.state;
-  if (const auto count = traffic_.Read(fields_.ConnectionHandle)) {
-    // The rate is the difference to the last tick, a tick being a second.
-    s.BytesInPerSecond = static_cast<float>(count->received - s.BytesIn);
-    s.BytesOutPerSecond = static_cast<float>(count->sent - s.BytesOut);
-    s.BytesTotalPerSecond = s.BytesInPerSecond + s.BytesOutPerSecond;
-    s.BytesIn = count->received;
-    s.BytesOut = count->sent;
-    s.BytesTotal = count->received + count->sent;
-  }
+  // One source on this system, always asked. A connection it can't count (no
+  // interface known, or gone) reads as zero bytes: the labels say "unbekannt"
+  // and a volume tariff is a flat rate, or, after traffic, they stand still.
+  const TrafficCount count = traffic_.Read(fields_.ConnectionHandle).value_or(TrafficCount{});
+  // The rate is the difference to the last tick, a tick being a second.
+  s.BytesInPerSecond = static_cast<float>(count.received - s.BytesIn);
+  s.BytesOutPerSecond = static_cast<float>(count.sent - s.BytesOut);
+  s.BytesTotalPerSecond = s.BytesInPerSecond + s.BytesOutPerSecond;
+  s.BytesIn = count.received;
+  s.BytesOut = count.sent;
+  s.BytesTotal = count.received + count.sent;
   // A counter that fell back (a reset) leaves the labels standing until it
   // has caught up again.
-  if (fields_.LetzteBytes > s.BytesTotal) {
+  if (static_cast<double>(fields_.LetzteBytes) > s.BytesTotal) {
     return;
   }
-  fields_.LetzteBytes = ToInt32(s.BytesTotal);
+  fields_.LetzteBytes = WholeBytes(s.BytesTotal);
   if (s.BytesTotal == 0) {
     labels_.lblBytesIn = labels_.lblBytesOut = labels_.lblBytesInOut = QStringLiteral("unbekannt");
     labels_.lblBytesInPerSecond = labels_.lblBytesOutPerSecond = labels_.lblBytesInOutPerSecond =

@@ -35,7 +35,7 @@ struct MeterFields {
   float VolumenVortrag = 0;  // kilobytes of a paid unit carried over
   QDate LetzterTag;
   quint8 LetzteStunde = 0;
-  qint32 LetzteBytes = 0;
+  qint64 LetzteBytes = 0;  // BytesTotal when last shown
   qint32 ConnectionHandle = 0;
   bool TimeSyncPending = false;
   bool TarifupdatePending = false;

@@ -18,7 +18,8 @@ class TrafficSource {
   virtual ~TrafficSource() = default;
 
   // The cumulative counters of the connection with this handle (0 when the
-  // connection's handle isn't known); nothing when the system can't tell.
+  // connection's handle isn't known); nothing when they can't be read, which
+  // the meter takes as zero bytes, as it does for a connection never counted.
   virtual std::optional<TrafficCount> Read(qint32 connectionHandle) = 0;
 };
 

@@ -410,6 +410,34 @@ class TestMeter : public QObject {
              (QList<QByteArray>{"2000", "1000", "3000"}));
   }
 
+  void trafficThatCantBeRead() {
+    const QString file =
+        timeTariff(QStringLiteral("Takt - Ohne Zähler.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
+    Recording r(data, file, At(1, 9));
+    // The values of the last recording don't show for a connection that
+    // isn't counted.
+    r.state.BytesIn = r.state.BytesTotal = 5000;
+    r.start();
+    QCOMPARE(r["lblBytesInOut"], QStringLiteral("unbekannt"));
+    QCOMPARE(r.state.BytesTotal, 0.0);
+    // Beyond 32 bits; then the interface goes, and comes back counting anew.
+    const QString shown = QLocale().toString(6e9, 'f', 0) + QStringLiteral(" Bytes");
+    r.traffic.set(4e9, 2e9);
+    r.tickTo(2);
+    QCOMPARE(r["lblBytesInOut"], shown);
+    r.traffic.now.reset();
+    r.tickTo(3);
+    QCOMPARE(r["lblBytesInOut"], shown);
+    QCOMPARE(r["lblBytesInPerSecond"], Local(QStringLiteral("4000000.0")));
+    r.traffic.set(3e9, 2e9);
+    r.tickTo(4);
+    QCOMPARE(r["lblBytesInOut"], shown);
+    r.traffic.set(4e9, 2e9 + 1);
+    r.tickTo(5);
+    QCOMPARE(r["lblBytesInOut"], QLocale().toString(6e9 + 1, 'f', 0) + QStringLiteral(" Bytes"));
+    QCOMPARE(r["lblBytesOutPerSecond"], Local(QStringLiteral("0.0")));
+  }
+
   void stopsFromInsideATick() {
     const QString file =
         timeTariff(QStringLiteral("Takt - Ende.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
