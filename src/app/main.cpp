@@ -22,6 +22,9 @@ int main(int argc, char* argv[]) {
   QApplication::setDesktopFileName(QStringLiteral("minutor"));
   // The window hides to the tray; only closing it ends the program.
   QApplication::setQuitOnLastWindowClosed(false);
+  // Listen for the end of the session from the very start; a signal that
+  // comes before the window exists waits until the window can close.
+  minutor::SignalQuit signalQuit;
 
   const QString exeDir = QApplication::applicationDirPath();
   const minutor::DataDir dir(minutor::DataDir::DefaultLocation(exeDir));
@@ -51,7 +54,6 @@ int main(int argc, char* argv[]) {
   prompter.setParent(&window);
   QObject::connect(&window, &minutor::MainWindow::closed, &app, &QApplication::quit);
 
-  minutor::SignalQuit signalQuit;
   QObject::connect(&signalQuit, &minutor::SignalQuit::quitRequested, &window,
                    [&window] { window.CloseFor(minutor::MainWindow::UnloadMode::SessionEnd); });
 

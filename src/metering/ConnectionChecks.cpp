@@ -7,8 +7,6 @@
 
 namespace minutor {
 
-void SaveMonitoringState(const DataDir& dir, bool on) { SaveMonitoring(dir, on); }
-
 QString TarifCheckMessage(const QString& aktuellerTarif, const QString& activeUser) {
   if (aktuellerTarif.size() < 4) {
     return QStringLiteral(
@@ -28,7 +26,7 @@ bool TarifCheck(Services& services) {
   }
   services.prompter.Message(refusal, Prompter::Icon::None);
   services.state.MonitoringOn = false;
-  SaveMonitoringState(services.dir, false);
+  SaveMonitoring(services.dir, false);
   return false;
 }
 
@@ -44,7 +42,7 @@ bool ConfirmManualStop(Services& services) {
       return false;
     }
     services.state.MonitoringOn = false;
-    SaveMonitoringState(services.dir, false);
+    SaveMonitoring(services.dir, false);
   }
   return true;
 }

@@ -7,10 +7,6 @@ namespace minutor {
 class DataDir;
 struct Services;
 
-// The monitoring switch of the connection panel and the tray menu, written
-// as the start-up reads it.
-void SaveMonitoringState(const DataDir& dir, bool on);
-
 // Why a recording can't start: no tariff chosen (a handle shorter than four
 // characters) or no user. Empty when it can.
 QString TarifCheckMessage(const QString& aktuellerTarif, const QString& activeUser);

@@ -7,9 +7,9 @@
 #include "frame/Clock.h"
 #include "frame/Prompter.h"
 #include "frame/Services.h"
+#include "frame/StartUp.h"
 #include "frame/datadir/ClockText.h"
 #include "frame/ui/SideBar.h"
-#include "metering/ConnectionChecks.h"
 #include "metering/ui/ConnectionPanel.h"
 
 #include <QCloseEvent>
@@ -350,7 +350,7 @@ QMenu* MainWindow::BuildTrayMenu() {
 
 void MainWindow::SetMonitoring(bool on) {
   services_.state.MonitoringOn = on;
-  SaveMonitoringState(services_.dir, on);
+  SaveMonitoring(services_.dir, on);
   if (overview_) {
     overview_->SetMonitoringChecked(on);
   }

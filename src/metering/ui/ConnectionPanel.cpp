@@ -3,6 +3,7 @@
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Services.h"
+#include "frame/StartUp.h"
 #include "metering/ConnectionChecks.h"
 #include "metering/ConnectionSettings.h"
 
@@ -154,7 +155,7 @@ void ConnectionPanel::BuildControls() {
   });
   connect(check2_, &QCheckBox::clicked, this, [this](bool on) {
     services_.state.MonitoringOn = on;
-    SaveMonitoringState(services_.dir, on);
+    SaveMonitoring(services_.dir, on);
   });
   connect(check3_, &QCheckBox::clicked, this, [this](bool on) {
     SaveSmallWindowState(services_.dir, on);
