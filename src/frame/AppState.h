@@ -50,6 +50,8 @@ struct AppState {
   bool MethodIE = true;
   bool MethodLAN = false;
   bool MethodTAPI = false;
+  // The watched line is in a call, as its last call state said.
+  bool TapiOnline = false;
   int CheckInterval = 2;
   QStringList IgnoredIPTable = {QString()};
 };

@@ -1,0 +1,155 @@
+#include "detection/Probes.h"
+#include "frame/AppState.h"
+#include "support/RecordingPrompter.h"
+
+#include <QTest>
+
+using namespace minutor;
+
+namespace {
+
+class FakeNetwork final : public NetworkStateSource {
+ public:
+  std::optional<quint32> NetworkState() override {
+    ++asked;
+    return answer;
+  }
+  std::optional<quint32> answer;
+  int asked = 0;
+};
+
+class FakeHost final : public HostAddressSource {
+ public:
+  std::optional<QStringList> IPv4Addresses() const override { return addresses; }
+  std::optional<QStringList> addresses;
+};
+
+class FakeLine final : public TapiLine {
+ public:
+  bool Open() override { return opens; }
+  void Close() override {}
+  bool opens = true;
+};
+
+}  // namespace
+
+class TestProbes : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void ignoredAddressesArePlacedByTheEntry() {
+    const QList<std::tuple<QStringList, QString, bool>> cases = {
+        {{"10.0.0.1"}, "10.0.0.1", true},
+        // Each segment only has to begin the address's text at its place.
+        {{"10.0.0.1"}, "10.0.0.11", true},
+        {{"10.0.0.1"}, "10.0.0.2", false},
+        {{"192.168.*.*"}, "192.168.0.5", true},
+        {{"192.168.*.*"}, "192.168.100.200", true},
+        {{"192.168.*.*"}, "192.169.0.5", false},
+        {{"10.0.0.*"}, "10.0.0.123", true},
+        // Segments are compared where they stand in the entry: after a star
+        // the rest only fits addresses whose first octet has one digit.
+        {{"*.168.0.1"}, "1.168.0.1", true},
+        {{"*.168.0.1"}, "192.168.0.1", false},
+        // An entry without enough dots ends the search once its first
+        // segment fits; one whose first segment doesn't fit is passed over.
+        {{"abc", "192.168.*.*"}, "192.168.0.1", false},
+        {{"10.0.*", "10.0.0.1"}, "10.0.0.1", false},
+        {{"11.0.*", "10.0.0.1"}, "10.0.0.1", true},
+        {{QString()}, "10.0.0.1", false},
+    };
+    for (const auto& [table, ip, ignored] : cases) {
+      QVERIFY2(IsIgnoredIP(table, ip) == ignored, qPrintable(table.join(',') + " / " + ip));
+    }
+  }
+
+  void ipProbeLooksAtEveryAddress() {
+    const QStringList table = {"127.*.*.*", "192.168.*.*"};
+    QVERIFY(HasUnignoredAddress(table, {"127.0.0.1", "192.168.1.20", "84.130.7.1"}));
+    QVERIFY(!HasUnignoredAddress(table, {"127.0.0.1", "192.168.1.20", ""}));
+    QVERIFY(!HasUnignoredAddress(table, {}));
+
+    AppState state;
+    state.MethodIP = true;
+    state.IgnoredIPTable = table;
+    test::RecordingPrompter prompter;
+    FakeHost host;
+    host.addresses = QStringList{"127.0.0.1", "10.1.2.3"};
+    QVERIFY(IsOnlineIP(state, host, prompter));
+    host.addresses = std::nullopt;
+    QVERIFY(!IsOnlineIP(state, host, prompter));
+    QVERIFY(!state.MethodIP);
+    QCOMPARE(prompter.messages,
+             QStringList{"Die IP Überwachung ist nicht ausführbar! Bitte deaktivieren Sie diese in den "
+                         "Überwachungseinstellungen."});
+  }
+
+  void internetStateIsOnWheneverAMethodIs() {
+    QVERIFY(IsOnlineIE(true, false, 0));
+    QVERIFY(IsOnlineIE(false, true, 0));
+    QVERIFY(IsOnlineIE(true, true, 0xffffffffu));
+    QVERIFY(!IsOnlineIE(false, false, 2));
+
+    QCOMPARE(InternetFlags(70), 2u);
+    QCOMPARE(InternetFlags(60), 0u);
+    QCOMPARE(InternetFlags(std::nullopt), 0u);
+
+    // Without an answer from the network the probe still says connected,
+    // but it has asked.
+    AppState state;
+    FakeNetwork network;
+    QVERIFY(IsOnlineIE(state, network));
+    QCOMPARE(network.asked, 1);
+    state.MethodIE = false;
+    QVERIFY(!IsOnlineIE(state, network));
+  }
+
+  void modemStatesDriveTheLine() {
+    AppState state;
+    auto change = [&](int modemState) {
+      if (const auto callState = CallStateOfModem(modemState)) {
+        OnTapiCallState(state, 1, *callState);
+      }
+    };
+    change(10);
+    QVERIFY(!state.TapiOnline);
+    change(11);
+    QVERIFY(state.TapiOnline);
+    change(10);  // connecting again leaves the line as it is
+    QVERIFY(state.TapiOnline);
+    change(9);
+    QVERIFY(!state.TapiOnline);
+    change(11);
+    change(8);  // dropped straight back to registered
+    QVERIFY(!state.TapiOnline);
+    change(11);
+    change(-1);
+    QVERIFY(!state.TapiOnline);
+
+    // A connected state without a call changes nothing; busy ends a call.
+    OnTapiCallState(state, 0, CallState::Connected);
+    QVERIFY(!state.TapiOnline);
+    OnTapiCallState(state, 5, CallState::Connected);
+    OnTapiCallState(state, 0, CallState::Busy);
+    QVERIFY(!state.TapiOnline);
+  }
+
+  void tapiWithoutAModemIsOffForTheRun() {
+    AppState state;
+    state.MethodTAPI = true;
+    test::RecordingPrompter prompter;
+    FakeLine line;
+    StartTapi(state, line, prompter);
+    QVERIFY(state.MethodTAPI);
+    QVERIFY(prompter.messages.isEmpty());
+    line.opens = false;
+    StartTapi(state, line, prompter);
+    QVERIFY(!state.MethodTAPI);
+    QCOMPARE(prompter.messages,
+             QStringList{"Fehler beim Initialisieren der TAPI Überwachung. Bitte deaktivieren Sie die TAPI "
+                         "Überwachung in den Überwachungseinstellungen."});
+  }
+};
+
+QTEST_APPLESS_MAIN(TestProbes)
+#include "test_probes.moc"
