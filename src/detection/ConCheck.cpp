@@ -75,9 +75,11 @@ void CheckDlls(ConCheckBoxes& boxes, const BusServices& bus, Prompter& prompter)
   }
 }
 
-void SaveSettings(ConCheckBoxes& boxes, AppState& state, const DataDir& dir, const BusServices& bus,
+void SaveSettings(ConCheckBoxes& boxes, AppState& state, const DataDir& dir, const BusServices* bus,
                   Prompter& prompter) {
-  CheckDlls(boxes, bus, prompter);
+  if (bus != nullptr) {
+    CheckDlls(boxes, *bus, prompter);
+  }
   state.MethodIP = boxes.Check1[ConCheckBoxes::IP];
   state.MethodIE = boxes.Check1[ConCheckBoxes::IE];
   state.MethodTAPI = boxes.Check1[ConCheckBoxes::TAPI];

@@ -49,9 +49,10 @@ bool WriteIgnoredIPsLine(const DataDir& dir, const QString& line);
 // addresses and needs nothing.
 void CheckDlls(ConCheckBoxes& boxes, const BusServices& bus, Prompter& prompter);
 
-// What a change on the panel does: the checks, the flags of the running
-// program, and the file. The boxes come back as they stand after the checks.
-void SaveSettings(ConCheckBoxes& boxes, AppState& state, const DataDir& dir, const BusServices& bus,
+// What a change on the panel does: the checks (none without a bus to ask),
+// the flags of the running program, and the file. The boxes come back as
+// they stand after the checks.
+void SaveSettings(ConCheckBoxes& boxes, AppState& state, const DataDir& dir, const BusServices* bus,
                   Prompter& prompter);
 
 // The checks once at start, for the methods read from the file: a method

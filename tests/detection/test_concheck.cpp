@@ -102,7 +102,7 @@ class TestConCheck : public QObject {
     bus.names = {kNetworkManagerService};
     AppState state;
     ConCheckBoxes boxes = Boxes(false, true, true, false, 5);
-    SaveSettings(boxes, state, data.dir(), bus, prompter);
+    SaveSettings(boxes, state, data.dir(), &bus, prompter);
     QCOMPARE(boxes, Boxes(false, true, false, false, 5));
     QVERIFY(!state.MethodIP && state.MethodIE && !state.MethodTAPI && !state.MethodLAN);
     QCOMPARE(state.CheckInterval, 5);

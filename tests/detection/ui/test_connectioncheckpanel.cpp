@@ -1,0 +1,192 @@
+#include "detection/ConCheck.h"
+#include "detection/Probes.h"
+#include "detection/ui/ConnectionCheckPanel.h"
+#include "frame/AppState.h"
+#include "frame/Clock.h"
+#include "frame/Services.h"
+#include "support/RecordingPrompter.h"
+#include "support/TempDataDir.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSet>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace minutor;
+
+namespace {
+
+class FakeBus final : public BusServices {
+ public:
+  bool HasService(const QString& name) const override { return names.contains(name); }
+  QSet<QString> names = {kNetworkManagerService, kModemManagerService};
+};
+
+class FakeLine final : public TapiLine {
+ public:
+  bool Open() override {
+    ++opened;
+    return opens;
+  }
+  void Close() override { ++closed; }
+  bool opens = true;
+  int opened = 0;
+  int closed = 0;
+};
+
+struct Desk {
+  test::TempDataDir data;
+  AppState state;
+  FixedClock clock{QDateTime(QDate(2024, 1, 1), QTime(10, 0))};
+  test::RecordingPrompter prompter;
+  Services services{state, data.dir(), clock, prompter};
+  FakeBus bus;
+  FakeLine line;
+
+  QByteArray conCheck() const { return data.read(QStringLiteral("Config/ConCheck.cfg")); }
+};
+
+template <typename T>
+T* Find(const QWidget& panel, const QString& name) {
+  T* child = panel.findChild<T*>(name);
+  if (child == nullptr) {
+    qFatal("no control %s", qPrintable(name));
+  }
+  return child;
+}
+
+QCheckBox* Box(const QWidget& panel, int index) {
+  return Find<QCheckBox>(panel, QStringLiteral("Check1(%1)").arg(index));
+}
+
+QStringList Checked(const QWidget& panel) {
+  QStringList on;
+  for (int i = 0; i < 4; ++i) {
+    if (Box(panel, i)->isChecked()) {
+      on.append(QString::number(i));
+    }
+  }
+  return on;
+}
+
+}  // namespace
+
+class TestConnectionCheckPanel : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void loadsWithoutSaving() {
+    Desk desk;
+    {
+      ConnectionCheckPanel panel(desk.services);
+      QCOMPARE(panel.objectName(), QStringLiteral("ConnectionCheck"));
+      QCOMPARE(panel.findChild<QGroupBox*>()->title(), QStringLiteral("Überwachungsmethoden"));
+      QCOMPARE(
+          Box(panel, 0)->text(),
+          QStringLiteral("IP Methode (erkennt Verbindungen, die per Modem (incl. DSL) aufgebaut werden)"));
+      QCOMPARE(Box(panel, 1)->text(), QStringLiteral("Internet Explorer Methode (Modem/DSL)"));
+      QCOMPARE(
+          Box(panel, 2)->text(),
+          QStringLiteral("TAPI Methode (erkennt Verbindungen, die per Modem (incl. DSL) aufgebaut werden)"));
+      QCOMPARE(Box(panel, 3)->text(), QStringLiteral("LAN und Proxy Verbindungen erkennen."));
+      auto* interval = Find<QComboBox>(panel, QStringLiteral("comInterval"));
+      QCOMPARE(interval->count(), 10);
+      QCOMPARE(interval->itemText(0), QStringLiteral("1"));
+      QCOMPARE(interval->itemText(9), QStringLiteral("10"));
+      QVERIFY(
+          Find<QLabel>(panel, QStringLiteral("lblInterval"))->text().startsWith(QStringLiteral("Alle    ")));
+      QCOMPARE(Find<QPushButton>(panel, QStringLiteral("Command1"))->text(), QStringLiteral("Hinweise..."));
+      // Without files: the Internet state method alone, every 2 seconds.
+      QCOMPARE(Checked(panel), QStringList{"1"});
+      QCOMPARE(interval->currentText(), QStringLiteral("2"));
+    }
+    QVERIFY(!desk.data.dir().FileExists(QStringLiteral("Config/ConCheck.cfg")));
+
+    desk.data.write(QStringLiteral("Config/ConCheck.cfg"), " 1 \r\n 0 \r\n 1 \r\n 1 \r\n 10 \r\n");
+    desk.data.write(QStringLiteral("Config/IgnoredIPs.cfg"), "192.168.*.*,10.0.0.1\r\n");
+    ConnectionCheckPanel panel(desk.services);
+    QCOMPARE(Checked(panel), (QStringList{"0", "2", "3"}));
+    QCOMPARE(Find<QComboBox>(panel, QStringLiteral("comInterval"))->currentText(), QStringLiteral("10"));
+    QCOMPARE(Find<QLineEdit>(panel, QStringLiteral("IgnoredIPs"))->text(),
+             QStringLiteral("192.168.*.*,10.0.0.1"));
+    QCOMPARE(desk.conCheck(), QByteArray(" 1 \r\n 0 \r\n 1 \r\n 1 \r\n 10 \r\n"));
+    QVERIFY(desk.prompter.messages.isEmpty());
+  }
+
+  void changesAreSavedAndApplied() {
+    Desk desk;
+    ConnectionCheckPanel panel(desk.services);
+    panel.SetPlatform(&desk.bus, &desk.line);
+    QSignalSpy interval(&panel, &ConnectionCheckPanel::intervalChanged);
+
+    Box(panel, 0)->click();
+    QVERIFY(desk.state.MethodIP);
+    QCOMPARE(desk.conCheck(), QByteArray(" 1 \r\n 1 \r\n 0 \r\n 0 \r\n 2 \r\n"));
+    Find<QComboBox>(panel, QStringLiteral("comInterval"))->setCurrentIndex(9);
+    QCOMPARE(desk.state.CheckInterval, 10);
+    QCOMPARE(interval.last().first().toInt(), 10000);
+    QCOMPARE(desk.conCheck(), QByteArray(" 1 \r\n 1 \r\n 0 \r\n 0 \r\n 10 \r\n"));
+
+    // Without NetworkManager the LAN box can't go on, and takes the other
+    // Internet state box with it.
+    desk.bus.names.remove(kNetworkManagerService);
+    Box(panel, 3)->click();
+    QCOMPARE(Checked(panel), QStringList{"0"});
+    QVERIFY(!desk.state.MethodIE && !desk.state.MethodLAN);
+    QCOMPARE(desk.conCheck(), QByteArray(" 1 \r\n 0 \r\n 0 \r\n 0 \r\n 10 \r\n"));
+    QCOMPARE(desk.prompter.messages.size(), 1);
+    QVERIFY(desk.prompter.messages[0].contains(QStringLiteral("'NetworkManager'")));
+  }
+
+  void tapiBoxOpensAndClosesTheLine() {
+    Desk desk;
+    ConnectionCheckPanel panel(desk.services);
+    panel.SetPlatform(&desk.bus, &desk.line);
+    Box(panel, 2)->click();
+    QCOMPARE(desk.line.opened, 1);
+    QVERIFY(desk.state.MethodTAPI);
+    Box(panel, 2)->click();
+    QCOMPARE(desk.line.closed, 1);
+    QVERIFY(!desk.state.MethodTAPI);
+
+    // No modem: the method is off for this run, the setting stays on.
+    desk.line.opens = false;
+    Box(panel, 2)->click();
+    QVERIFY(Box(panel, 2)->isChecked());
+    QVERIFY(!desk.state.MethodTAPI);
+    QCOMPARE(desk.conCheck(), QByteArray(" 0 \r\n 1 \r\n 0 \r\n 1 \r\n 2 \r\n"));
+    QCOMPARE(desk.prompter.messages.size(), 1);
+    QVERIFY(desk.prompter.messages[0].startsWith(QStringLiteral("Fehler beim Initialisieren der TAPI")));
+  }
+
+  void ignoredAddressesWrittenWhenLeft() {
+    Desk desk;
+    desk.state.IgnoredIPTable = {QStringLiteral("127.*.*.*")};
+    ConnectionCheckPanel panel(desk.services);
+    panel.show();
+    QApplication::setActiveWindow(&panel);
+    QVERIFY(QTest::qWaitForWindowActive(&panel));
+    auto* field = Find<QLineEdit>(panel, QStringLiteral("IgnoredIPs"));
+    field->setFocus();
+    QTest::keyClicks(field, QStringLiteral("192.168.*.*, 10.0.0.1"));
+    QVERIFY(!desk.data.dir().FileExists(QStringLiteral("Config/IgnoredIPs.cfg")));
+    Find<QComboBox>(panel, QStringLiteral("comInterval"))->setFocus();
+    QCOMPARE(desk.data.read(QStringLiteral("Config/IgnoredIPs.cfg")),
+             QByteArray("192.168.*.*, 10.0.0.1\r\n"));
+    // The running table changes only at the next start.
+    QCOMPARE(desk.state.IgnoredIPTable, QStringList{"127.*.*.*"});
+
+    Find<QPushButton>(panel, QStringLiteral("Command1"))->click();
+    QCOMPARE(desk.prompter.messages, QStringList{IgnoredIPsHint()});
+    QVERIFY(IgnoredIPsHint().contains(QStringLiteral("also nich \"192.168.*\" sondern \"192.168.*.*\".")));
+  }
+};
+
+QTEST_MAIN(TestConnectionCheckPanel)
+#include "test_connectioncheckpanel.moc"
