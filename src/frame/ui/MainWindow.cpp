@@ -47,7 +47,7 @@ MainWindow::MainWindow(Services& services, TrafficSource& traffic, QWidget* pare
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   sideBar_ = new SideBar(central);
-  sideBar_->setFixedWidth(118);
+  sideBar_->setFixedWidth(112);
   client_ = new QWidget(central);
   client_->setObjectName(QStringLiteral("Picture2"));
   auto* clientLayout = new QHBoxLayout(client_);

@@ -60,6 +60,8 @@ void ConnectionPanel::BuildControls() {
   auto group = [this](const QString& title, const QList<Row>& rows) {
     auto* box = new QGroupBox(title);
     auto* grid = new QGridLayout(box);
+    grid->setContentsMargins(6, 2, 6, 2);
+    grid->setVerticalSpacing(1);
     for (int r = 0; r < rows.size(); ++r) {
       grid->addWidget(new QLabel(rows[r].caption), r, 0);
       for (int c = 0; c < rows[r].controls.size(); ++c) {
@@ -104,16 +106,22 @@ void ConnectionPanel::BuildControls() {
     labels_.value(QString::fromLatin1(name))->setText(QStringLiteral("nicht festgelegt"));
   }
 
-  auto* services = group(QStringLiteral("Services"),
-                         {{QStringLiteral("Updates:"), {QStringLiteral("lblTarifupdates")}},
-                          {QString(), {QStringLiteral("lblProgrammupdates")}},
-                          {QStringLiteral("Zeitsynchronisierung:"), {QStringLiteral("lblTimeSync")}}});
-  labels_.value(QStringLiteral("lblTarifupdates"))->setText(QStringLiteral("Keine Tarife gefunden."));
-  labels_.value(QStringLiteral("lblProgrammupdates"))->setText(QStringLiteral("Kein Programmupd. gefunden."));
-  labels_.value(QStringLiteral("lblTimeSync"))->setText(QStringLiteral("Uhrzeit wird nicht korrigiert."));
+  // The services' texts are long: each stands under its caption.
+  auto* services = new QGroupBox(QStringLiteral("Services"));
+  auto* serviceRows = new QVBoxLayout(services);
+  serviceRows->setContentsMargins(6, 2, 6, 2);
+  serviceRows->setSpacing(1);
+  serviceRows->addWidget(new QLabel(QStringLiteral("Updates:")));
+  serviceRows->addWidget(
+      AddLabel(QStringLiteral("lblTarifupdates"), QStringLiteral("Keine Tarife gefunden.")));
+  serviceRows->addWidget(
+      AddLabel(QStringLiteral("lblProgrammupdates"), QStringLiteral("Kein Programmupd. gefunden.")));
+  serviceRows->addWidget(new QLabel(QStringLiteral("Zeitsynchronisierung:")));
+  serviceRows->addWidget(
+      AddLabel(QStringLiteral("lblTimeSync"), QStringLiteral("Uhrzeit wird nicht korrigiert.")));
   check1_ = new QCheckBox(QStringLiteral("&Automatisch"));
   check1_->setObjectName(QStringLiteral("Check1"));
-  static_cast<QGridLayout*>(services->layout())->addWidget(check1_, 3, 1);
+  serviceRows->addWidget(check1_);
 
   cmdStop_ = new QPushButton(QStringLiteral("Aufzeichnung &stoppen"));
   cmdStop_->setObjectName(QStringLiteral("cmdStop"));
@@ -134,13 +142,18 @@ void ConnectionPanel::BuildControls() {
   grid->addWidget(tariff, 0, 1);
   grid->addWidget(budget, 1, 1);
   grid->addWidget(services, 2, 1);
-  auto* buttons = new QHBoxLayout;
-  buttons->addWidget(cmdStop_);
-  buttons->addWidget(chkKanalbuendelung_);
-  buttons->addWidget(check2_);
-  buttons->addWidget(check3_);
-  buttons->addStretch();
-  grid->addLayout(buttons, 3, 0, 1, 2);
+  // The panel has little room beside the side bar: the controls stand in
+  // two columns under the groups.
+  auto* left = new QVBoxLayout;
+  left->addWidget(cmdStop_);
+  left->addWidget(chkKanalbuendelung_);
+  auto* right = new QVBoxLayout;
+  right->addWidget(check2_);
+  right->addWidget(check3_);
+  grid->addLayout(left, 3, 0);
+  grid->addLayout(right, 3, 1);
+  grid->setContentsMargins(4, 4, 4, 4);
+  grid->setSpacing(4);
   grid->setRowStretch(4, 1);
   auto* outer = new QVBoxLayout(this);
   outer->setContentsMargins(0, 0, 0, 0);
