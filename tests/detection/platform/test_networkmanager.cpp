@@ -1,5 +1,6 @@
 #include "detection/RasStates.h"
 #include "detection/platform/NetworkManagerRemoteAccess.h"
+#include "detection/platform/RemoteAccessFactory.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -99,6 +100,7 @@ class TestNetworkManager : public QObject {
       QSKIP("python3-dbusmock's NetworkManager template doesn't start");
     }
     QVERIFY(NetworkManagerRemoteAccess::IsAvailable(*connection_));
+    QVERIFY(dynamic_cast<NetworkManagerRemoteAccess*>(CreateRemoteAccess(*connection_).get()));
 
     device_ =
         Call(QStringLiteral("/org/freedesktop/NetworkManager"), kMock, QStringLiteral("AddEthernetDevice"),
@@ -284,6 +286,7 @@ class TestNetworkManager : public QObject {
     QVERIFY(ras_->HangUp(handle));
     QVERIFY(clock.elapsed() < 1000);
     QVERIFY(!NetworkManagerRemoteAccess::IsAvailable(*connection_));
+    QVERIFY(!dynamic_cast<NetworkManagerRemoteAccess*>(CreateRemoteAccess(*connection_).get()));
   }
 };
 
