@@ -2,6 +2,16 @@
 // parts are wired together.
 
 #include "app/SignalQuit.h"
+#include "detection/ConCheck.h"
+#include "detection/MonitoringLoop.h"
+#include "detection/Probes.h"
+#include "detection/RemoteAccess.h"
+#include "detection/platform/HostAddresses.h"
+#include "detection/platform/ProbesBusServices.h"
+#include "detection/platform/ProbesModemManager.h"
+#include "detection/platform/ProbesNetworkManager.h"
+#include "detection/platform/RemoteAccessFactory.h"
+#include "detection/platform/SysfsTraffic.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Services.h"
@@ -10,9 +20,9 @@
 #include "frame/datadir/DataDir.h"
 #include "frame/ui/MainWindow.h"
 #include "frame/ui/MessageBoxPrompter.h"
-#include "metering/TrafficSource.h"
 
 #include <QApplication>
+#include <QDBusConnection>
 #include <QDir>
 
 int main(int argc, char* argv[]) {
@@ -47,16 +57,38 @@ int main(int argc, char* argv[]) {
   minutor::RunStartSteps(dir, minutor::DataDir::ShippedLocation(exeDir), state);
   minutor::SystemClock clock;
   minutor::Services services{state, dir, clock, prompter};
-  // Traffic counters of the system come with the detection of connections.
-  minutor::NoTrafficSource traffic;
+
+  // The system behind detection: NetworkManager where it runs, else pppd and
+  // the kernel; ModemManager for the modem's line.
+  const QDBusConnection bus = QDBusConnection::systemBus();
+  const minutor::ProbesBusServices busServices(bus);
+  minutor::ProbesNetworkManager network(bus);
+  minutor::ProbesModemManager modem(bus, state);
+  const minutor::HostAddresses host;
+  std::unique_ptr<minutor::RemoteAccess> remote = minutor::CreateRemoteAccess(bus);
+  minutor::SysfsTraffic traffic;
+  minutor::MonitoringLoop loop(services, *remote, network, host);
 
   minutor::MainWindow window(services, traffic);
   prompter.setParent(&window);
-  QObject::connect(&window, &minutor::MainWindow::closed, &app, &QApplication::quit);
-
+  // A close can come while a box of the start is still open; then the
+  // program ends as soon as that box is gone.
+  bool closed = false;
+  QObject::connect(&window, &minutor::MainWindow::closed, &app, [&closed] {
+    closed = true;
+    QApplication::exit(0);
+  });
   QObject::connect(&signalQuit, &minutor::SignalQuit::quitRequested, &window,
                    [&window] { window.CloseFor(minutor::MainWindow::UnloadMode::SessionEnd); });
 
+  minutor::CheckServicesAtStart(state, busServices, prompter);
+  if (state.MethodTAPI) {
+    minutor::StartTapi(state, modem, prompter);
+  }
+  window.SetDetection({&loop, &busServices, &modem});
+  if (closed) {
+    return 0;
+  }
   window.Start();
-  return QApplication::exec();
+  return closed ? 0 : QApplication::exec();
 }

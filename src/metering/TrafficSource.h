@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 #include <optional>
 
@@ -21,6 +21,10 @@ class TrafficSource {
   // connection's handle isn't known); nothing when they can't be read, which
   // the meter takes as zero bytes, as it does for a connection never counted.
   virtual std::optional<TrafficCount> Read(qint32 connectionHandle) = 0;
+
+  // The network interface of the connection about to be metered ("" when it
+  // isn't known); counting starts afresh from here.
+  virtual void SetInterface(const QString& /*interfaceName*/) {}
 };
 
 // A system that tells nothing: the byte labels read "unbekannt" and a volume

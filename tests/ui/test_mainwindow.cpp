@@ -1,3 +1,6 @@
+#include "detection/MonitoringLoop.h"
+#include "detection/Probes.h"
+#include "detection/SimulatedRemoteAccess.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Services.h"
@@ -21,8 +24,20 @@ using namespace minutor;
 
 namespace {
 
+class FakeNetwork final : public NetworkStateSource {
+ public:
+  std::optional<quint32> NetworkState() override { return 70; }
+};
+
+class FakeHost final : public HostAddressSource {
+ public:
+  std::optional<QStringList> IPv4Addresses() const override { return addresses; }
+  QStringList addresses = {"127.0.0.1"};
+};
+
 // A program on a data directory of its own, with a tariff chosen on the
-// Overview, as a user leaves it between two starts.
+// Overview, as a user leaves it between two starts. With detection, the
+// machine's connections are simulated and the IP method watches them.
 struct Program {
   test::TempDataDir data;
   AppState state;
@@ -30,15 +45,26 @@ struct Program {
   test::RecordingPrompter prompter;
   Services services{state, data.dir(), clock, prompter};
   NoTrafficSource traffic;
+  SimulatedRemoteAccess remote;
+  FakeNetwork network;
+  FakeHost host;
+  MonitoringLoop loop{services, remote, network, host};
   std::unique_ptr<MainWindow> window;
 
-  explicit Program(bool withTariff = true) {
+  explicit Program(bool withTariff = true, bool withDetection = false) {
     if (withTariff) {
       data.write(QStringLiteral("Config/Overview.cfg"),
                  "\r\nSupervisor\r\nFunkwelle\r\nFunkwelle - Tag und Nacht.tel\r\n");
     }
+    if (withDetection) {
+      data.write(QStringLiteral("Config/ConCheck.cfg"), " 1 \r\n 0 \r\n 0 \r\n 0 \r\n 1 \r\n");
+      data.write(QStringLiteral("Config/IgnoredIPs.cfg"), "127.*.*.*\r\n");
+    }
     RunStartSteps(data.dir(), test::TempDataDir::shippedDir(), state);
     window = std::make_unique<MainWindow>(services, traffic);
+    if (withDetection) {
+      window->SetDetection({&loop, nullptr, nullptr});
+    }
     window->Start();
   }
 
@@ -74,7 +100,8 @@ class TestMainWindow : public QObject {
     QCOMPARE(w.sideBar()->Label(0), QStringLiteral("Übersicht"));
     QVERIFY(w.sideBar()->IsEntryEnabled(0));
     for (int index = 1; index < SideBar::kEntries; ++index) {
-      QVERIFY(!w.sideBar()->IsEntryEnabled(index));  // their panels come later
+      // Only the panels that exist can be opened.
+      QCOMPARE(w.sideBar()->IsEntryEnabled(index), index == 6);
     }
     QCOMPARE(p.state.AktuellerTarif, QStringLiteral("Funkwelle - Tag und Nacht.tel"));
 
@@ -96,6 +123,17 @@ class TestMainWindow : public QObject {
     QVERIFY(!w.sideBar()->EntryButton(0)->isVisible());
     w.sideBar()->HeaderButton(0)->click();
     QCOMPARE(w.sideBar()->CurrentPage(), 0);
+    // Another panel takes the Overview's place; a second click changes nothing.
+    w.sideBar()->EntryButton(6)->click();
+    QVERIFY(w.IsFormLoaded(QStringLiteral("ConnectionCheck")));
+    QVERIFY(!w.IsFormLoaded(QStringLiteral("Overview")));
+    QWidget* monitoring = w.sidePanel(6);
+    w.sideBar()->EntryButton(6)->click();
+    QCOMPARE(w.sidePanel(6), monitoring);
+    w.sideBar()->EntryButton(0)->click();
+    QVERIFY(w.IsFormLoaded(QStringLiteral("Overview")));
+    QVERIFY(!w.IsFormLoaded(QStringLiteral("ConnectionCheck")));
+
     w.sideBar()->SetLabel(0, QStringLiteral("[Gesperrt]"));
     w.HideWindows();
     w.sideBar()->EntryButton(0)->click();  // barred: leads nowhere
@@ -137,6 +175,47 @@ class TestMainWindow : public QObject {
     QCOMPARE(w.sideBar()->Label(0), QStringLiteral("Übersicht"));
     QVERIFY(w.IsOnlineCheckActive());
     QVERIFY(p.prompter.messages.isEmpty());
+  }
+
+  void aConnectionIsNoticedMeteredAndEnded() {
+    Program p(true, true);
+    MainWindow& w = *p.window;
+    p.remote.AddEntry(QStringLiteral("Mobilfunk"));
+    p.data.write(QStringLiteral("DialUp/Mobilfunk.trf"), "Netzfalke\r\nM - Volumen 500\r\n");
+    QTest::qWait(1500);
+    QVERIFY(!w.IsFormLoaded(QStringLiteral("Connection")));  // only the ignored loopback is up
+
+    p.remote.BringUp(QStringLiteral("Mobilfunk"), QStringLiteral("ttyUSB0"), QStringLiteral("wwan0"));
+    p.host.addresses.append(QStringLiteral("10.64.3.7"));
+    QTRY_VERIFY_WITH_TIMEOUT(w.IsFormLoaded(QStringLiteral("Connection")), 4000);
+    QVERIFY(w.connection()->isVisible());
+    QVERIFY(!w.IsFormLoaded(QStringLiteral("Overview")));
+    QCOMPARE(p.state.DetectionSource, 3);
+    QCOMPARE(w.connection()->LabelText(QStringLiteral("lblTarifname.Tag")),
+             QStringLiteral("Netzfalke - Volumen 500.tel"));
+    QCOMPARE(w.connection()->LabelText(QStringLiteral("lblConnectionName")), QStringLiteral("Mobilfunk"));
+    QTRY_VERIFY_WITH_TIMEOUT(w.connection()->TickCount() >= 2, 4000);
+
+    // The line goes down: the next tick ends the recording.
+    p.remote.TakeDown(p.remote.GetRasConnections().first().handle);
+    p.host.addresses = {"127.0.0.1"};
+    QTRY_VERIFY_WITH_TIMEOUT(!w.IsFormLoaded(QStringLiteral("Connection")), 4000);
+    QCOMPARE(p.records().size(), 1);
+    QVERIFY(w.IsFormLoaded(QStringLiteral("Overview")));
+    QVERIFY(w.IsOnlineCheckActive());
+    QVERIFY(p.prompter.messages.isEmpty());
+  }
+
+  void aRecordingEndsBehindAnotherPanel() {
+    Program p;
+    MainWindow& w = *p.window;
+    w.StartManualRecording();
+    w.sideBar()->EntryButton(6)->click();
+    QVERIFY(!w.connection()->isVisible());
+    w.StopManualRecording();
+    QTRY_VERIFY(!w.IsFormLoaded(QStringLiteral("Connection")));
+    QVERIFY(w.IsFormLoaded(QStringLiteral("ConnectionCheck")));  // the user stays where they work
+    QVERIFY(!w.IsFormLoaded(QStringLiteral("Overview")));
   }
 
   void startWithoutTariffIsRefused() {

@@ -25,7 +25,7 @@ class SysfsTraffic final : public TrafficSource {
 
   // The connection runs over another interface, or over none ("" when it
   // isn't known): counting begins afresh at its first sight.
-  void SetInterface(const QString& interfaceName);
+  void SetInterface(const QString& interfaceName) override;
   const QString& Interface() const { return interface_; }
 
   // The interface is given, so the handle isn't needed.

@@ -3,6 +3,8 @@
 #include "desk/SmallWindowSettings.h"
 #include "desk/ui/OverviewPanel.h"
 #include "desk/ui/SmallWindow.h"
+#include "detection/MonitoringLoop.h"
+#include "detection/ui/ConnectionCheckPanel.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Prompter.h"
@@ -18,6 +20,7 @@
 #include <QLocale>
 #include <QMenu>
 #include <QScreen>
+#include <QScrollArea>
 #include <QStatusBar>
 #include <QStyle>
 #include <QSystemTrayIcon>
@@ -31,6 +34,7 @@ const QString kOverviewLabel = QStringLiteral("Übersicht");
 const QString kConnectionLabel = QStringLiteral("Verbindung");
 const QString kLocked = QStringLiteral("[Gesperrt]");
 const QString kNotRecording = QStringLiteral("Aufzeichnung ist nicht aktiv");
+constexpr int kMonitoringEntry = 6;
 
 }  // namespace
 
@@ -59,7 +63,7 @@ MainWindow::MainWindow(Services& services, TrafficSource& traffic, QWidget* pare
 
   // Entries whose panel comes later stay disabled until it exists.
   for (int index = 1; index < SideBar::kEntries; ++index) {
-    sideBar_->SetEntryEnabled(index, false);
+    sideBar_->SetEntryEnabled(index, index == kMonitoringEntry);
   }
 
   for (QLabel*& field : status_) {
@@ -113,6 +117,11 @@ void MainWindow::CloseFor(UnloadMode mode) {
 }
 
 bool MainWindow::IsFormLoaded(const QString& name) const {
+  for (const QPointer<QWidget>& panel : sidePanels_) {
+    if (panel && panel->objectName() == name) {
+      return true;
+    }
+  }
   if (name == QLatin1String("Overview")) {
     return !overview_.isNull();
   }
@@ -125,13 +134,44 @@ bool MainWindow::IsFormLoaded(const QString& name) const {
   return false;
 }
 
-bool MainWindow::AnyPanelLoaded() const { return !overview_.isNull(); }
+bool MainWindow::AnyPanelLoaded() const {
+  if (overview_) {
+    return true;
+  }
+  for (const QPointer<QWidget>& panel : sidePanels_) {
+    if (panel) {
+      return true;
+    }
+  }
+  return false;
+}
 
 void MainWindow::HideWindows() {
   if (connection_) {
     connection_->hide();
   }
   delete overview_;
+  for (const QPointer<QWidget>& panel : sidePanels_) {
+    delete panel;
+  }
+  sidePanels_.clear();
+}
+
+QWidget* MainWindow::CreateSidePanel(int index) {
+  if (index != kMonitoringEntry) {
+    return nullptr;
+  }
+  auto* monitoring = new ConnectionCheckPanel(services_);
+  monitoring->SetPlatform(detection_.bus, detection_.tapi);
+  connect(monitoring, &ConnectionCheckPanel::intervalChanged, this,
+          [this](int milliseconds) { onlineCheck_.setInterval(milliseconds); });
+  // Its explanations are long; the frame keeps its size and lets it scroll.
+  auto* scroll = new QScrollArea(client_);
+  scroll->setObjectName(monitoring->objectName());
+  scroll->setWidgetResizable(true);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setWidget(monitoring);
+  return scroll;
 }
 
 void MainWindow::OnEntryClicked(int index) {
@@ -152,6 +192,15 @@ void MainWindow::OnEntryClicked(int index) {
     }
     HideWindows();
     ShowOverview();
+    return;
+  }
+  if (sidePanels_.value(index)) {
+    return;
+  }
+  HideWindows();
+  if (QWidget* panel = CreateSidePanel(index)) {
+    sidePanels_.insert(index, panel);
+    ShowInClient(panel);
   }
 }
 
@@ -180,8 +229,18 @@ void MainWindow::ShowDateTime() {
 }
 
 void MainWindow::OnlineCheckTick() {
+  const int hour = services_.clock.Now().time().hour();
+  if (hour != lastHour_) {
+    lastHour_ = hour;
+    // The shown price follows the tariff's zones.
+    if (overview_) {
+      overview_->Refresh();
+    }
+  }
   ShowDateTime();
-  lastHour_ = services_.clock.Now().time().hour();
+  if (detection_.loop != nullptr && !connection_) {
+    detection_.loop->Check([this] { StartConnection(); });
+  }
 }
 
 void MainWindow::StartManualRecording() {
@@ -189,7 +248,27 @@ void MainWindow::StartManualRecording() {
     return;
   }
   services_.state.DetectionSource = 0;
+  if (LoadConnectionPanel()) {
+    if (overview_) {
+      ShowInClient(connection_);
+    }
+    delete overview_;
+  }
+}
+
+void MainWindow::StartConnection() {
+  if (connection_ || (detection_.loop != nullptr && detection_.loop->CheckAllowedEntry())) {
+    return;
+  }
+  if (LoadConnectionPanel() && overview_) {
+    ShowInClient(connection_);
+    delete overview_;
+  }
+}
+
+bool MainWindow::LoadConnectionPanel() {
   connection_ = new ConnectionPanel(services_, traffic_, client_);
+  connection_->SetDetection(detection_.loop);
   connection_->hide();
   connect(connection_, &ConnectionPanel::recordingStarted, this, &MainWindow::OnRecordingStarted);
   connect(connection_, &ConnectionPanel::ticked, this, &MainWindow::OnRecordingTicked);
@@ -201,13 +280,11 @@ void MainWindow::StartManualRecording() {
     if (overview_) {
       overview_->SetMonitoringChecked(false);
     }
+    HideWindows();
     ShowOverview();
-    return;
+    return false;
   }
-  if (overview_) {
-    ShowInClient(connection_);
-  }
-  delete overview_;
+  return true;
 }
 
 void MainWindow::StopManualRecording() {

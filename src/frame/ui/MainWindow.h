@@ -6,6 +6,7 @@
 
 #include <QLabel>
 #include <QMainWindow>
+#include <QMap>
 #include <QPointer>
 #include <QTimer>
 
@@ -16,7 +17,10 @@ class QSystemTrayIcon;
 
 namespace minutor {
 
+class BusServices;
+class MonitoringLoop;
 class SideBar;
+class TapiLine;
 class TrafficSource;
 struct Services;
 
@@ -36,6 +40,16 @@ class MainWindow : public QMainWindow {
 
   // How a close came about, as the shutdown asks it.
   enum class UnloadMode { WindowClose = 0, ByProgram = 1, SessionEnd = 2 };
+
+  // Connection detection: the loop that the checks run, and what the
+  // monitoring panel needs of the system. Without it, recordings start and
+  // end by hand only.
+  struct Detection {
+    MonitoringLoop* loop = nullptr;
+    const BusServices* bus = nullptr;
+    TapiLine* tapi = nullptr;
+  };
+  void SetDetection(const Detection& detection) { detection_ = detection; }
 
   // The steps of the start that need the window: the side bar is off while
   // it runs, the status line and the hour are set, the window is centred and
@@ -58,6 +72,9 @@ class MainWindow : public QMainWindow {
 
   // The manual start, from the Overview's button or the tray.
   void StartManualRecording();
+  // A connection was noticed: the recording starts unless the guard cuts
+  // the line; its panel comes to the front only from the Overview.
+  void StartConnection();
   // The manual stop, as the recording panel's stop button does it.
   void StopManualRecording();
 
@@ -67,6 +84,7 @@ class MainWindow : public QMainWindow {
   SideBar* sideBar() const { return sideBar_; }
   QLabel* statusField(int index) const { return status_[static_cast<std::size_t>(index)]; }
   OverviewPanel* overview() const { return overview_; }
+  QWidget* sidePanel(int index) const { return sidePanels_.value(index); }
   ConnectionPanel* connection() const { return connection_; }
   SmallWindow* smallWindow() const { return smallWindow_; }
   QSystemTrayIcon* trayIcon() const { return tray_; }
@@ -89,6 +107,8 @@ class MainWindow : public QMainWindow {
   QPointer<OverviewPanel> overview_;
   QPointer<ConnectionPanel> connection_;
   QPointer<SmallWindow> smallWindow_;
+  QMap<int, QPointer<QWidget>> sidePanels_;  // by side-bar entry
+  Detection detection_;
   QSystemTrayIcon* tray_ = nullptr;
   QMenu* trayMenu_ = nullptr;
   QTimer onlineCheck_;
@@ -96,6 +116,8 @@ class MainWindow : public QMainWindow {
   UnloadMode unloadMode_ = UnloadMode::WindowClose;
 
   void OnEntryClicked(int index);
+  bool LoadConnectionPanel();
+  QWidget* CreateSidePanel(int index);
   void ShowInClient(QWidget* panel);
   void ShowOverview();
   void ShowDateTime();

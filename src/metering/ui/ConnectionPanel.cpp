@@ -1,11 +1,13 @@
 #include "metering/ui/ConnectionPanel.h"
 
+#include "detection/MonitoringLoop.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Services.h"
 #include "frame/StartUp.h"
 #include "metering/ConnectionChecks.h"
 #include "metering/ConnectionSettings.h"
+#include "metering/TrafficSource.h"
 
 #include <QCheckBox>
 #include <QFrame>
@@ -31,7 +33,7 @@ struct Row {
 }  // namespace
 
 ConnectionPanel::ConnectionPanel(Services& services, TrafficSource& traffic, QWidget* parent)
-    : QWidget(parent), services_(services), meter_(services, traffic, *this) {
+    : QWidget(parent), services_(services), traffic_(traffic), meter_(services, traffic, *this) {
   setObjectName(QStringLiteral("Connection"));
   setWindowTitle(QStringLiteral("Verbindungsübersicht"));
   BuildControls();
@@ -240,6 +242,20 @@ void ConnectionPanel::ShowSmallWindow() { emit smallWindowWanted(true); }
 void ConnectionPanel::StartTimerStarter() { timerStarter_.start(); }
 
 void ConnectionPanel::ShowCaption(const QString& caption) { emit captionChanged(caption); }
+
+void ConnectionPanel::DetectConnection(DetectedConnection& connection) {
+  QString interfaceName;
+  if (detection_ != nullptr) {
+    detection_->DetectConnection(connection, &interfaceName);
+  }
+  traffic_.SetInterface(interfaceName);
+}
+
+void ConnectionPanel::CheckConnectionEnd() {
+  if (detection_ != nullptr && detection_->ConnectionEnded()) {
+    meter_.Counter_Stop();
+  }
+}
 
 void ConnectionPanel::RecordingStopped() {
   timerStarter_.stop();

@@ -13,6 +13,7 @@ class QPushButton;
 
 namespace minutor {
 
+class MonitoringLoop;
 class TrafficSource;
 struct Services;
 
@@ -45,6 +46,10 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   // The monitoring box follows a change made elsewhere; nothing is saved.
   void SetMonitoringChecked(bool on);
 
+  // What the recording asks of connection detection: which connection it
+  // meters, and whether it has ended. Without it a recording ends by hand only.
+  void SetDetection(MonitoringLoop* detection) { detection_ = detection; }
+
   bool IsRecording() const { return meter_.IsRecording(); }
   int TickCount() const { return meter_.TickCount(); }
 
@@ -74,6 +79,8 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   void StartTimerStarter() override;
   void ShowCaption(const QString& caption) override;
   void RecordingStopped() override;
+  void DetectConnection(DetectedConnection& connection) override;
+  void CheckConnectionEnd() override;
 
   void BuildControls();
   QLabel* AddLabel(const QString& controlName, const QString& text = {});
@@ -82,6 +89,8 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   void ShowLabels();
 
   Services& services_;
+  TrafficSource& traffic_;
+  MonitoringLoop* detection_ = nullptr;
   Meter meter_;
   QTimer timerStarter_{this};
   QTimer rsTimer_{this};

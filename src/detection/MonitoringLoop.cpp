@@ -1,0 +1,139 @@
+#include "detection/MonitoringLoop.h"
+
+#include "detection/Probes.h"
+#include "detection/RemoteAccess.h"
+#include "frame/AppState.h"
+#include "frame/Services.h"
+#include "frame/datadir/AnsiText.h"
+#include "frame/datadir/DataDir.h"
+#include "frame/datadir/NumberText.h"
+
+namespace minutor {
+
+namespace {
+
+const QString kUnknown = QStringLiteral("unbekannt");
+
+}  // namespace
+
+MonitoringLoop::MonitoringLoop(Services& services, RemoteAccess& remote, NetworkStateSource& network,
+                               const HostAddressSource& host)
+    : services_(services), remote_(remote), network_(network), host_(host) {}
+
+bool MonitoringLoop::InternetProbe() { return IsOnlineIE(services_.state, network_); }
+
+bool MonitoringLoop::IpProbe() { return IsOnlineIP(services_.state, host_, services_.prompter); }
+
+void MonitoringLoop::Check(const std::function<void()>& startConnection) {
+  AppState& state = services_.state;
+  if (!state.MonitoringOn) {
+    return;
+  }
+  // Every probe runs in every check; a recording that one of them started
+  // keeps the later ones from starting another.
+  if ((state.MethodIE || state.MethodLAN) && InternetProbe() && !state.RecordingActive) {
+    state.DetectionSource = 1;
+    startConnection();
+  }
+  if (state.MethodTAPI && !state.RecordingActive && state.TapiOnline) {
+    state.DetectionSource = 2;
+    startConnection();
+  }
+  if (state.MethodIP && IpProbe() && !state.RecordingActive) {
+    state.DetectionSource = 3;
+    startConnection();
+  }
+}
+
+bool MonitoringLoop::CheckAllowedEntry() {
+  if (!services_.state.OnlyMarkedEntries) {
+    return false;
+  }
+  const QList<RasConnection> connections = remote_.GetRasConnections();
+  const RasConnection last = connections.isEmpty() ? RasConnection{} : connections.last();
+  if (last.entryName == kUnknown) {
+    return false;
+  }
+  if (!last.entryName.isEmpty() && IsEntryAllowed(services_.dir, last.entryName)) {
+    return false;
+  }
+  // A connection the system can't name isn't hung up, but it isn't recorded
+  // either: it can't be told apart from a dialer's.
+  if (!last.handle.isEmpty()) {
+    remote_.HangUp(last.handle);
+  }
+  return true;
+}
+
+bool MonitoringLoop::ConnectionEnded() {
+  const AppState& state = services_.state;
+  if (!state.MonitoringOn) {
+    return false;
+  }
+  switch (state.DetectionSource) {
+    case 1:
+      return !InternetProbe();
+    case 2:
+      return !state.TapiOnline;
+    case 3:
+      return !IpProbe();
+    default:
+      return false;
+  }
+}
+
+void MonitoringLoop::DetectConnection(DetectedConnection& connection, QString* interfaceName) {
+  const QList<RasConnection> connections = remote_.GetRasConnections();
+  if (interfaceName != nullptr) {
+    interfaceName->clear();
+  }
+  if (!connections.isEmpty()) {
+    const RasConnection& last = connections.last();
+    connection.name = last.entryName;
+    connection.device = last.deviceName;
+    if (interfaceName != nullptr) {
+      *interfaceName = last.interfaceName;
+    }
+  }
+  if (services_.state.DetectionSource != 0 && !connection.name.isEmpty()) {
+    const QString tariff = EntryTariff(services_.dir, connection.name);
+    if (!tariff.isEmpty()) {
+      services_.state.AktuellerTarif = tariff;
+    }
+  }
+}
+
+QString EntryTariff(const DataDir& dir, const QString& entry) {
+  if (!IsUsableEntryName(entry)) {
+    return {};
+  }
+  const auto lines = dir.ReadLines(QStringLiteral("DialUp/") + entry + QStringLiteral(".trf"));
+  if (!lines || lines->size() < 2) {
+    return {};
+  }
+  const QString provider = FromAnsi(lines->at(0));
+  const QString label = FromAnsi(lines->at(1));
+  if (label.startsWith(QLatin1Char('A'))) {
+    return provider + label.mid(1) + QStringLiteral(".atl");
+  }
+  if (label.startsWith(QLatin1Char('M'))) {
+    return provider + label.mid(1) + QStringLiteral(".tel");
+  }
+  return {};
+}
+
+bool IsEntryAllowed(const DataDir& dir, const QString& entry) {
+  const auto lines = dir.ReadLines(QStringLiteral("DialUp/Deny.sec"));
+  if (!lines) {
+    return false;
+  }
+  const QString wanted = entry.toLower();
+  for (qsizetype i = 0; i + 1 < lines->size(); i += 2) {
+    if (FromAnsi(lines->at(i)).toLower() == wanted && IsOne(lines->at(i + 1))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace minutor

@@ -1,0 +1,150 @@
+#include "detection/MonitoringLoop.h"
+#include "detection/Probes.h"
+#include "detection/SimulatedRemoteAccess.h"
+#include "frame/AppState.h"
+#include "frame/Clock.h"
+#include "frame/Services.h"
+#include "support/RecordingPrompter.h"
+#include "support/TempDataDir.h"
+
+#include <QTest>
+
+using namespace minutor;
+
+namespace {
+
+class FakeNetwork final : public NetworkStateSource {
+ public:
+  std::optional<quint32> NetworkState() override { return 70; }
+};
+
+class FakeHost final : public HostAddressSource {
+ public:
+  std::optional<QStringList> IPv4Addresses() const override { return addresses; }
+  std::optional<QStringList> addresses = QStringList{"127.0.0.1"};
+};
+
+struct Loop {
+  test::TempDataDir data;
+  AppState state;
+  FixedClock clock{QDateTime(QDate(2026, 11, 23), QTime(10, 0))};
+  test::RecordingPrompter prompter;
+  Services services{state, data.dir(), clock, prompter};
+  SimulatedRemoteAccess remote;
+  FakeNetwork network;
+  FakeHost host;
+  MonitoringLoop loop{services, remote, network, host};
+
+  Loop() {
+    state.MethodIE = false;
+    state.IgnoredIPTable = {QStringLiteral("127.*.*.*")};
+  }
+
+  // Runs one check; gives the detection sources that asked for a start.
+  QList<int> check() {
+    QList<int> starts;
+    loop.Check([&] {
+      starts.append(state.DetectionSource);
+      state.RecordingActive = true;  // the start is synchronous in the program
+    });
+    state.RecordingActive = false;
+    return starts;
+  }
+};
+
+}  // namespace
+
+class TestMonitoringLoop : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void probesStartARecordingInTheirOrder() {
+    Loop l;
+    QVERIFY(l.check().isEmpty());
+    l.state.MethodIP = true;
+    QVERIFY(l.check().isEmpty());  // only the loopback, which is ignored
+    l.host.addresses->append(QStringLiteral("10.64.3.7"));
+    QCOMPARE(l.check(), QList<int>{3});
+    l.state.MethodTAPI = true;
+    l.state.TapiOnline = true;
+    QCOMPARE(l.check(), QList<int>{2});  // the first probe blocks the later ones
+    l.state.MethodIE = true;
+    QCOMPARE(l.check(), QList<int>{1});  // the Internet state answers yes at every poll
+    l.state.MonitoringOn = false;
+    QVERIFY(l.check().isEmpty());
+  }
+
+  void onlyTheStartingProbeEndsTheRecording() {
+    Loop l;
+    l.host.addresses->append(QStringLiteral("10.64.3.7"));
+    l.state.DetectionSource = 3;
+    QVERIFY(!l.loop.ConnectionEnded());
+    l.host.addresses = QStringList{"127.0.0.1"};
+    QVERIFY(l.loop.ConnectionEnded());
+    l.state.DetectionSource = 0;  // by hand: never ended by monitoring
+    QVERIFY(!l.loop.ConnectionEnded());
+    l.state.DetectionSource = 2;
+    QVERIFY(l.loop.ConnectionEnded());
+    l.state.TapiOnline = true;
+    QVERIFY(!l.loop.ConnectionEnded());
+    l.state.TapiOnline = false;
+    l.state.MonitoringOn = false;
+    QVERIFY(!l.loop.ConnectionEnded());
+  }
+
+  void theGuardCutsUnmarkedEntries() {
+    Loop l;
+    l.remote.AddEntry(QStringLiteral("Mobilfunk"));
+    l.remote.AddEntry(QStringLiteral("Dialer 0190"));
+    l.remote.BringUp(QStringLiteral("Dialer 0190"));
+    QVERIFY(!l.loop.CheckAllowedEntry());  // guard off
+    l.state.OnlyMarkedEntries = true;
+    QVERIFY(l.loop.CheckAllowedEntry());  // no Deny.sec: every named connection is cut
+    QVERIFY(l.remote.GetRasConnections().isEmpty());
+
+    l.data.write(QStringLiteral("DialUp/Deny.sec"),
+                 "MOBILFUNK\r\n1\r\nDialer 0190\r\n0\r\nRest ohne Wert\r\n");
+    l.remote.BringUp(QStringLiteral("Mobilfunk"));
+    QVERIFY(!l.loop.CheckAllowedEntry());
+    QCOMPARE(l.remote.GetRasConnections().size(), 1);
+    l.remote.TakeDown(l.remote.GetRasConnections().first().handle);
+    l.remote.BringUp(QStringLiteral("Dialer 0190"));
+    QVERIFY(l.loop.CheckAllowedEntry());
+    QVERIFY(l.remote.GetRasConnections().isEmpty());
+    QVERIFY(l.loop.CheckAllowedEntry());  // nothing up, nothing named: still no recording
+  }
+
+  void detectedConnectionsTakeTheirEntrysTariff() {
+    Loop l;
+    l.state.AktuellerTarif = QStringLiteral("Gewählt - Vorher.tel");
+    l.remote.AddEntry(QStringLiteral("Mobilfunk"));
+    l.remote.BringUp(QStringLiteral("Mobilfunk"), QStringLiteral("ttyUSB0"), QStringLiteral("wwan0"));
+    l.data.write(QStringLiteral("DialUp/mobilfunk.TRF"), "Funkwelle\r\nA - Tag und Nacht\r\n");
+
+    DetectedConnection connection;
+    QString interfaceName;
+    l.state.DetectionSource = 0;  // by hand: the Overview's choice stands
+    l.loop.DetectConnection(connection, &interfaceName);
+    QCOMPARE(connection.name, QStringLiteral("Mobilfunk"));
+    QCOMPARE(connection.device, QStringLiteral("ttyUSB0"));
+    QCOMPARE(interfaceName, QStringLiteral("wwan0"));
+    QCOMPARE(l.state.AktuellerTarif, QStringLiteral("Gewählt - Vorher.tel"));
+
+    l.state.DetectionSource = 1;
+    l.loop.DetectConnection(connection, &interfaceName);
+    QCOMPARE(l.state.AktuellerTarif, QStringLiteral("Funkwelle - Tag und Nacht.atl"));
+    l.data.write(QStringLiteral("DialUp/mobilfunk.TRF"), "Funkwelle\r\nM - Tag und Nacht\r\n");
+    l.loop.DetectConnection(connection, &interfaceName);
+    QCOMPARE(l.state.AktuellerTarif, QStringLiteral("Funkwelle - Tag und Nacht.tel"));
+    l.data.write(QStringLiteral("DialUp/mobilfunk.TRF"), "Funkwelle\r\nX\r\n");
+    l.state.AktuellerTarif = QStringLiteral("Bleibt - So.tel");
+    l.loop.DetectConnection(connection, &interfaceName);
+    QCOMPARE(l.state.AktuellerTarif, QStringLiteral("Bleibt - So.tel"));
+
+    // An entry whose name can't be a file name has no tariff of its own.
+    QCOMPARE(EntryTariff(l.data.dir(), QStringLiteral("../Tarife/x")), QString());
+  }
+};
+
+QTEST_APPLESS_MAIN(TestMonitoringLoop)
+#include "test_monitoringloop.moc"
