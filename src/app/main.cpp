@@ -85,7 +85,7 @@ int main(int argc, char* argv[]) {
   if (state.MethodTAPI) {
     minutor::StartTapi(state, modem, prompter);
   }
-  window.SetDetection({&loop, &busServices, &modem});
+  window.SetDetection({&loop, remote.get(), &busServices, &modem});
   if (closed) {
     return 0;
   }

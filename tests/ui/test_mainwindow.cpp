@@ -63,7 +63,7 @@ struct Program {
     RunStartSteps(data.dir(), test::TempDataDir::shippedDir(), state);
     window = std::make_unique<MainWindow>(services, traffic);
     if (withDetection) {
-      window->SetDetection({&loop, nullptr, nullptr});
+      window->SetDetection({&loop, &remote, nullptr, nullptr});
     }
     window->Start();
   }

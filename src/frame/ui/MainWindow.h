@@ -19,6 +19,7 @@ namespace minutor {
 
 class BusServices;
 class MonitoringLoop;
+class RemoteAccess;
 class SideBar;
 class TapiLine;
 class TrafficSource;
@@ -46,6 +47,7 @@ class MainWindow : public QMainWindow {
   // end by hand only.
   struct Detection {
     MonitoringLoop* loop = nullptr;
+    RemoteAccess* remote = nullptr;
     const BusServices* bus = nullptr;
     TapiLine* tapi = nullptr;
   };
