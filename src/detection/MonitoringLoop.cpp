@@ -1,12 +1,14 @@
 #include "detection/MonitoringLoop.h"
 
+#include "desk/OptionsFile.h"
 #include "detection/Probes.h"
 #include "detection/RemoteAccess.h"
 #include "frame/AppState.h"
 #include "frame/Services.h"
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/DataDir.h"
-#include "frame/datadir/NumberText.h"
+
+#include <algorithm>
 
 namespace minutor {
 
@@ -123,17 +125,10 @@ QString EntryTariff(const DataDir& dir, const QString& entry) {
 }
 
 bool IsEntryAllowed(const DataDir& dir, const QString& entry) {
-  const auto lines = dir.ReadLines(QStringLiteral("DialUp/Deny.sec"));
-  if (!lines) {
-    return false;
-  }
   const QString wanted = entry.toLower();
-  for (qsizetype i = 0; i + 1 < lines->size(); i += 2) {
-    if (FromAnsi(lines->at(i)).toLower() == wanted && IsOne(lines->at(i + 1))) {
-      return true;
-    }
-  }
-  return false;
+  const QList<DenyEntry> entries = ReadDenyList(dir);
+  return std::any_of(entries.begin(), entries.end(),
+                     [&](const DenyEntry& e) { return e.allowed && e.name.toLower() == wanted; });
 }
 
 }  // namespace minutor

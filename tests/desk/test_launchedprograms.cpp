@@ -1,0 +1,114 @@
+#include "desk/LaunchedPrograms.h"
+#include "frame/AppState.h"
+#include "frame/Clock.h"
+#include "frame/Services.h"
+#include "support/RecordingPrompter.h"
+#include "support/TempDataDir.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace minutor;
+
+namespace {
+
+// Remembers what it was asked to start; refuses the paths in `missing`.
+class RecordingLauncher final : public ProgramLauncher {
+ public:
+  bool Start(const QString& program) override {
+    asked << program;
+    return !missing.contains(program);
+  }
+  QStringList asked;
+  QStringList missing;
+};
+
+struct Setup {
+  test::TempDataDir data;
+  AppState state;
+  FixedClock clock{QDateTime(QDate(2026, 11, 23), QTime(10, 0))};
+  test::RecordingPrompter prompter;
+  Services services{state, data.dir(), clock, prompter};
+  RecordingLauncher launcher;
+};
+
+}  // namespace
+
+class TestLaunchedPrograms : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void listFileFollowsSameProgramsAndUsableNames() {
+    AppState state;
+    QCOMPARE(ProgramListFile(state, QStringLiteral("Mobilfunk")), QStringLiteral("DialUp/Mobilfunk.prg"));
+    QCOMPARE(ProgramListFile(state, QStringLiteral("a/b")), QString());
+    QCOMPARE(ProgramListFile(state, QString()), QString());
+    state.SamePrograms = true;
+    QCOMPARE(ProgramListFile(state, QStringLiteral("a/b")), QStringLiteral("DialUp/General.prg"));
+  }
+
+  void writingMakesConfigAndReadsBack() {
+    test::TempDataDir data;
+    const QList<ProgramListEntry> list = {{QStringLiteral("/usr/bin/thunderbird"), true},
+                                          {QStringLiteral("/home/ich/Post holen.sh"), false}};
+    QVERIFY(WriteProgramList(data.dir(), QStringLiteral("DialUp/General.prg"), list));
+    QVERIFY(data.dir().DirExists(QStringLiteral("Config")));
+    QCOMPARE(data.read(QStringLiteral("DialUp/General.prg")),
+             QByteArray("/usr/bin/thunderbird\r\n 1 \r\n/home/ich/Post holen.sh\r\n 0 \r\n"));
+    const QList<ProgramListEntry> back = ReadProgramList(data.dir(), QStringLiteral("DialUp/General.prg"));
+    QCOMPARE(back.size(), 2);
+    QCOMPARE(back[1].path, list[1].path);
+    QVERIFY(back[0].checked && !back[1].checked);
+    QVERIFY(!WriteProgramList(data.dir(), QString(), list));  // an entry without a usable name
+  }
+
+  void startsCheckedProgramsInOrderOnlyForOwnDials() {
+    Setup s;
+    s.data.write(QStringLiteral("DialUp/Mobilfunk.prg"),
+                 "/bin/eins\r\n1\r\n/bin/aus\r\n0\r\n/weg\r\n1\r\n"
+                 "/bin/zwei\r\n1\r\n/bin/ohne Wert\r\n");
+    s.data.write(QStringLiteral("DialUp/General.prg"), "/bin/allgemein\r\n1\r\n");
+    s.launcher.missing = {QStringLiteral("/weg")};
+
+    // Detected by monitoring: nothing starts.
+    QCOMPARE(LaunchPrograms(s.services, QStringLiteral("Mobilfunk"), s.launcher), 0);
+    QVERIFY(s.launcher.asked.isEmpty());
+
+    s.state.DialedByProgram = true;
+    QCOMPARE(LaunchPrograms(s.services, QStringLiteral("Mobilfunk"), s.launcher), 2);
+    QCOMPARE(s.launcher.asked, (QStringList{"/bin/eins", "/weg", "/bin/zwei"}));
+
+    // The entry's own list is ignored, but kept, while the general list is in use.
+    s.launcher.asked.clear();
+    s.state.SamePrograms = true;
+    QCOMPARE(LaunchPrograms(s.services, QStringLiteral("Mobilfunk"), s.launcher), 1);
+    QCOMPARE(s.launcher.asked, QStringList{"/bin/allgemein"});
+    QVERIFY(s.data.dir().FileExists(QStringLiteral("DialUp/Mobilfunk.prg")));
+
+    s.launcher.asked.clear();
+    s.state.SamePrograms = false;
+    QCOMPARE(LaunchPrograms(s.services, QStringLiteral("unbekannt"), s.launcher), 0);
+    QCOMPARE(LaunchPrograms(s.services, QStringLiteral("../Config/Options"), s.launcher), 0);
+    QVERIFY(s.launcher.asked.isEmpty());
+  }
+
+  void theDetachedLauncherRunsAProgramAndPassesOverAMissingOne() {
+    QTemporaryDir dir;
+    const QString marker = dir.filePath(QStringLiteral("gestartet"));
+    const QString script = dir.filePath(QStringLiteral("Post holen.sh"));
+    QFile file(script);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("#!/bin/sh\ntouch gestartet\n");
+    file.close();
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+
+    DetachedProgramLauncher launcher;
+    QVERIFY(!launcher.Start(dir.filePath(QStringLiteral("gibt es nicht"))));
+    QVERIFY(launcher.Start(script));
+    QTRY_VERIFY(QFile::exists(marker));  // ran in its own folder
+  }
+};
+
+QTEST_GUILESS_MAIN(TestLaunchedPrograms)
+#include "test_launchedprograms.moc"
