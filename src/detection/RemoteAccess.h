@@ -60,6 +60,18 @@ class RemoteAccess : public QObject {
   // Nothing once the handle no longer stands for a connection.
   virtual std::optional<RasConnStatus> GetConnectState(const QString& handle) = 0;
 
+  // How the desktop's connection editor finds an entry: the profile's uuid
+  // and type. Empty where the backend has no such editor or doesn't know the
+  // entry.
+  struct EditorRef {
+    QString uuid;
+    QString type;
+  };
+  virtual EditorRef EntryEditorId(const QString& entry) {
+    Q_UNUSED(entry);
+    return {};
+  }
+
   // Ends the connection and comes back when it is gone, so that the line is
   // free for the next dial. The event loop keeps turning meanwhile (without
   // user input), and the wait is bounded: false when the connection was still

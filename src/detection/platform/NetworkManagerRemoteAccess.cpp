@@ -192,6 +192,15 @@ QStringList NetworkManagerRemoteAccess::GetEntries() {
   return entries;
 }
 
+RemoteAccess::EditorRef NetworkManagerRemoteAccess::EntryEditorId(const QString& entry) {
+  const auto profile = FindProfile(entry);
+  if (!profile) {
+    return {};
+  }
+  const QVariantMap connection = profile->settings.value(QStringLiteral("connection"));
+  return {Text(connection.value(QStringLiteral("uuid"))), Text(connection.value(QStringLiteral("type")))};
+}
+
 RasDialParams NetworkManagerRemoteAccess::ParseDialParams(const NMSettings& settings,
                                                           const NMSettings& secrets) {
   const QString setting = DialSetting(settings);

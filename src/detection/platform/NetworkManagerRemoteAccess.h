@@ -33,6 +33,7 @@ class NetworkManagerRemoteAccess final : public RemoteAccess {
   std::optional<RasDialParams> GetDialParams(const QString& entry) override;
   QString DialEntry(const QString& entry, const RasDialParams& params) override;
   std::optional<RasConnStatus> GetConnectState(const QString& handle) override;
+  EditorRef EntryEditorId(const QString& entry) override;
 
   // The progress box's state for a device state and for an active
   // connection's state; nothing for states that don't move the box.
