@@ -251,6 +251,10 @@ void ConnectionPanel::DetectConnection(DetectedConnection& connection) {
   traffic_.SetInterface(interfaceName);
 }
 
+void ConnectionPanel::LaunchPrograms() {
+  minutor::LaunchPrograms(services_, meter_.Labels().lblConnectionName, *launcher_);
+}
+
 void ConnectionPanel::CheckConnectionEnd() {
   if (detection_ != nullptr && detection_->ConnectionEnded()) {
     meter_.Counter_Stop();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desk/LaunchedPrograms.h"
 #include "metering/Meter.h"
 #include "metering/MeterHooks.h"
 
@@ -50,6 +51,10 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   // meters, and whether it has ended. Without it a recording ends by hand only.
   void SetDetection(MonitoringLoop* detection) { detection_ = detection; }
 
+  // What starts the programs of a connection the program dialled itself;
+  // detached processes unless set otherwise.
+  void SetProgramLauncher(ProgramLauncher& launcher) { launcher_ = &launcher; }
+
   bool IsRecording() const { return meter_.IsRecording(); }
   int TickCount() const { return meter_.TickCount(); }
 
@@ -80,6 +85,7 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   void ShowCaption(const QString& caption) override;
   void RecordingStopped() override;
   void DetectConnection(DetectedConnection& connection) override;
+  void LaunchPrograms() override;
   void CheckConnectionEnd() override;
 
   void BuildControls();
@@ -91,6 +97,8 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   Services& services_;
   TrafficSource& traffic_;
   MonitoringLoop* detection_ = nullptr;
+  DetachedProgramLauncher detachedLauncher_;
+  ProgramLauncher* launcher_ = &detachedLauncher_;
   Meter meter_;
   QTimer timerStarter_{this};
   QTimer rsTimer_{this};
