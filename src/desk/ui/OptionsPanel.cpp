@@ -65,14 +65,14 @@ void OptionsPanel::BuildControls() {
   auto* grid = new QGridLayout(this);
 
   auto* currencyBox = new QGroupBox(QStringLiteral("Währung"));
-  auto* currencyLayout = new QVBoxLayout(currencyBox);
+  auto* currencyLayout = new QHBoxLayout(currencyBox);
   currency_ = new QComboBox;
   currency_->setObjectName(QStringLiteral("Combo1_0"));
   currency_->addItems(CurrencyNames());
   currencyLayout->addWidget(currency_);
   example_ = new QLabel;
   example_->setObjectName(QStringLiteral("Label1"));
-  currencyLayout->addWidget(example_);
+  currencyLayout->addWidget(example_, 1);
 
   auto* startBox = new QGroupBox(QStringLiteral("Start"));
   auto* startLayout = new QVBoxLayout(startBox);
@@ -120,11 +120,13 @@ void OptionsPanel::BuildControls() {
   guardLayout->addWidget(guardList_, 0, 1, 2, 1);
   guardLayout->setColumnStretch(1, 1);
 
+  // One column: the panel is narrow in the main window, and a scroll area
+  // around it takes what doesn't fit in height.
   grid->addWidget(currencyBox, 0, 0);
   grid->addWidget(startBox, 1, 0);
-  grid->addWidget(programsBox, 0, 1, 2, 1);
-  grid->addWidget(guardBox, 2, 0, 1, 2);
-  grid->setRowStretch(1, 1);
+  grid->addWidget(programsBox, 2, 0);
+  grid->addWidget(guardBox, 3, 0);
+  grid->setRowStretch(2, 1);
 
   connect(currency_, &QComboBox::currentIndexChanged, this, [this] {
     ShowExample();
