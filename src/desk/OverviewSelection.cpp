@@ -1,9 +1,12 @@
 #include "desk/OverviewSelection.h"
 
+#include "desk/CheapestEntry.h"
+#include "detection/RemoteAccess.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Services.h"
 #include "frame/StartUp.h"
+#include "frame/datadir/AnsiText.h"
 #include "tariffs/PriceTexts.h"
 #include "users/UserFile.h"
 
@@ -28,12 +31,17 @@ int IndexOf(const QStringList& list, const QString& text, Qt::CaseSensitivity cs
 OverviewSelection::OverviewSelection(Services& services, QString logonName)
     : services_(services), logonName_(std::move(logonName)) {
   allowance_.caption = QStringLiteral("Verbleibende kostenfreie Zeit:");
+  cheapestText_ = CheapestEntryText(services_.dir, {}, {}, false, services_.state.Waehrung);
 }
 
 // The lists are filled and their selections set without running the
 // handlers of a choice, so that nothing is computed or written on the way.
 void OverviewSelection::Load(const OverviewConfig& wanted) {
   entry_ = wanted.entry;
+  if (entriesKnown_) {
+    entryIndex_ = IndexOf(entries_, entry_);
+    entry_ = entryIndex_ >= 0 ? entries_[entryIndex_] : QString();
+  }
 
   providers_ = GetAnbieterListe(services_.dir);
   providerIndex_ = IndexOf(providers_, wanted.provider);
@@ -65,6 +73,44 @@ OverviewConfig OverviewSelection::Current() const {
     config.tariff = tariffs_[tariffIndex_].Label;
   }
   return config;
+}
+
+void OverviewSelection::SetEntries(const QStringList& entries) {
+  entries_ = entries;
+  entriesKnown_ = true;
+  entryIndex_ = IndexOf(entries_, entry_);
+  entry_ = entryIndex_ >= 0 ? entries_[entryIndex_] : QString();
+  const AppState& state = services_.state;
+  cheapestText_ =
+      CheapestEntryText(services_.dir, entries_, services_.clock.Now(), state.FeiertagAktiv, state.Waehrung);
+  Save();
+}
+
+void OverviewSelection::ChooseEntry(int index) {
+  if (index < 0 || index >= entries_.size()) {
+    return;
+  }
+  entryIndex_ = index;
+  entry_ = entries_[index];
+  const QString file = QStringLiteral("DialUp/") + entry_ + QStringLiteral(".trf");
+  const auto lines = IsUsableEntryName(entry_) ? services_.dir.ReadLines(file) : std::nullopt;
+  if (lines && lines->size() >= 2) {
+    const int provider = IndexOf(providers_, FromAnsi(lines->at(0)));
+    const QString label = FromAnsi(lines->at(1));
+    if (provider >= 0) {
+      const QList<TarifEintrag> tariffs = GetTarifListe(services_.dir, providers_[provider]);
+      for (int i = 0; i < tariffs.size(); ++i) {
+        if (tariffs[i].Label == label) {
+          providerIndex_ = provider;
+          tariffs_ = tariffs;
+          tariffIndex_ = i;
+          ApplyTariff();
+          break;
+        }
+      }
+    }
+  }
+  Save();
 }
 
 void OverviewSelection::ChooseProvider(int index) {

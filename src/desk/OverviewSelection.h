@@ -32,9 +32,25 @@ class OverviewSelection {
   // active one.
   void Load(const OverviewConfig& wanted);
 
-  // The selections as "Config/Overview.cfg" holds them. The dial-up entry
-  // isn't chosen here yet: it is kept as read.
+  // The selections as "Config/Overview.cfg" holds them. Until the entries
+  // are known the dial-up entry is kept as read.
   OverviewConfig Current() const;
+
+  // The dial-up entries, in the system's order. The entry of the last
+  // selection is shown where it is listed; the cheapest entry is found for
+  // the present moment and stays so; the selections are written.
+  void SetEntries(const QStringList& entries);
+  const QStringList& Entries() const { return entries_; }
+  int EntryIndex() const { return entryIndex_; }
+  // The entry to dial: the one shown, or the one read while no list is known.
+  const QString& Entry() const { return entry_; }
+  // "Aktuell günstigster Eintrag:"; the text for none before SetEntries.
+  const QString& CheapestText() const { return cheapestText_; }
+
+  // Shows the entry and, when "DialUp/<entry>.trf" names a provider and one
+  // of its tariffs that exist, those two, which become the current tariff.
+  // Anything else in the file leaves provider and tariff as they were.
+  void ChooseEntry(int index);
 
   const QStringList& Providers() const { return providers_; }
   int ProviderIndex() const { return providerIndex_; }
@@ -80,6 +96,10 @@ class OverviewSelection {
   Services& services_;
   QString logonName_;
   QString entry_;
+  QStringList entries_;
+  int entryIndex_ = -1;
+  bool entriesKnown_ = false;
+  QString cheapestText_;
   QStringList providers_;
   int providerIndex_ = -1;
   QList<TarifEintrag> tariffs_;

@@ -303,6 +303,37 @@ class TestMainWindow : public QObject {
     p.window->BuildTrayMenu()->actions().at(3)->trigger();
     QCOMPARE(p.records().size(), 1);
   }
+
+  void trayMenuDialsAndHangsUp() {
+    Program p(true, true);
+    p.remote.AddEntry(QStringLiteral("T-Online"));
+    p.remote.AddEntry(QStringLiteral("Arcor"));
+    auto texts = [&] {
+      QStringList all;
+      for (QAction* action : p.window->BuildTrayMenu()->actions()) {
+        all.append(action->isSeparator() ? QStringLiteral("-") : action->text());
+      }
+      return all;
+    };
+    QCOMPARE(texts(), (QStringList{"&Beenden", "-", "Über&wachung", "Aufzeichnung &starten", "-",
+                                   "\"T-Online\" wählen", "\"Arcor\" wählen"}));
+
+    // The box follows the dial and closes once the line is up.
+    p.window->BuildTrayMenu()->actions().at(6)->trigger();
+    QCOMPARE(p.remote.dials.size(), 1);
+    QCOMPARE(p.remote.dials[0].entry, QStringLiteral("Arcor"));
+    QVERIFY(p.state.DialedByProgram);
+    QCOMPARE(p.remote.GetRasConnections().size(), 1);
+
+    // While recording: the last connection is the one hung up.
+    const QString last = p.remote.BringUp(QStringLiteral("T-Online"));
+    p.window->StartManualRecording();
+    QCOMPARE(texts(), (QStringList{"&Beenden", "-", "Über&wachung", "Aufzeichnung &stoppen", "-",
+                                   "Verbindung trennen"}));
+    p.window->BuildTrayMenu()->actions().at(5)->trigger();
+    QCOMPARE(p.remote.hangUps, QStringList{last});
+    QCOMPARE(p.remote.GetRasConnections().size(), 1);
+  }
 };
 
 QTEST_MAIN(TestMainWindow)

@@ -1,5 +1,7 @@
 #include "desk/ui/OverviewPanel.h"
 
+#include "detection/RemoteAccess.h"
+#include "detection/ui/StatusDialog.h"
 #include "frame/AppState.h"
 #include "frame/Services.h"
 #include "frame/datadir/Names.h"
@@ -55,6 +57,21 @@ OverviewPanel::OverviewPanel(Services& services, QWidget* parent)
 }
 
 void OverviewPanel::BuildControls() {
+  auto* einwahl = new QGroupBox(QStringLiteral("Einwahl (DFÜ)"), this);
+  comDFUe_ = new QComboBox(einwahl);
+  comDFUe_->setObjectName(QStringLiteral("comDFÜ"));
+  Command1_ = new QPushButton(QStringLiteral("Ausgewählten DFÜ Eintrag wählen"), einwahl);
+  Command1_->setObjectName(QStringLiteral("Command1"));
+  lblOverview10_ = new QLabel(einwahl);
+  lblOverview10_->setObjectName(QStringLiteral("lblOverview(10)"));
+  auto* einwahlGrid = new QGridLayout(einwahl);
+  einwahlGrid->addWidget(Caption(QStringLiteral("DFÜ Eintrag:"), einwahl), 0, 0);
+  einwahlGrid->addWidget(comDFUe_, 0, 1);
+  einwahlGrid->addWidget(Command1_, 0, 2);
+  einwahlGrid->addWidget(Caption(QStringLiteral("Aktuell günstigster Eintrag:"), einwahl), 1, 0);
+  einwahlGrid->addWidget(lblOverview10_, 1, 1, 1, 2);
+  einwahlGrid->setColumnStretch(1, 1);
+
   auto* tarif = new QGroupBox(QStringLiteral("Tarif"), this);
   comAnbieter_ = new QComboBox(tarif);
   comAnbieter_->setObjectName(QStringLiteral("comAnbieter"));
@@ -120,18 +137,21 @@ void OverviewPanel::BuildControls() {
   notizLayout->addWidget(Notiz_);
 
   // The frame gives the panel about 470 x 400 pixels; the groups keep tight.
-  for (QGroupBox* group : {tarif, benutzer, notizen}) {
+  for (QGroupBox* group : {einwahl, tarif, benutzer, notizen}) {
     group->layout()->setContentsMargins(6, 4, 6, 4);
     group->layout()->setSpacing(4);
   }
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(4, 4, 4, 4);
   layout->setSpacing(4);
+  layout->addWidget(einwahl);
   layout->addWidget(tarif);
   layout->addWidget(benutzer);
   layout->addLayout(switches);
   layout->addWidget(notizen, 1);
 
+  connect(comDFUe_, &QComboBox::activated, this, &OverviewPanel::OnEntryChosen);
+  connect(Command1_, &QPushButton::clicked, this, &OverviewPanel::OnDialClicked);
   connect(comAnbieter_, &QComboBox::activated, this, &OverviewPanel::OnProviderChosen);
   connect(comTarif_, &QComboBox::activated, this, &OverviewPanel::OnTariffChosen);
   connect(comOverviewUser_, &QComboBox::activated, this, &OverviewPanel::OnUserChosen);
@@ -153,6 +173,14 @@ void OverviewPanel::LoadNote() {
   noteLoading_ = false;
 }
 
+void OverviewPanel::SetRemoteAccess(RemoteAccess* remote) {
+  remote_ = remote;
+  if (remote_ != nullptr) {
+    selection_.SetEntries(GetDFUe(*remote_));
+    ShowSelection();
+  }
+}
+
 void OverviewPanel::SetMonitoringChecked(bool on) {
   // The caller has set the flag and written the file; the box only follows.
   services_.state.MonitoringOn = on;
@@ -166,6 +194,8 @@ void OverviewPanel::Refresh() {
 
 void OverviewPanel::ShowSelection() {
   const AppState& state = services_.state;
+  ShowList(comDFUe_, selection_.Entries(), selection_.EntryIndex());
+  lblOverview10_->setText(selection_.CheapestText());
   ShowList(comAnbieter_, selection_.Providers(), selection_.ProviderIndex());
   QStringList labels;
   for (const TarifEintrag& tarif : selection_.Tariffs()) {
@@ -190,6 +220,18 @@ void OverviewPanel::ShowSelection() {
   Check1_->setChecked(state.MonitoringOn);
   chkFeiertag_->setChecked(state.FeiertagAktiv);
   chkKanalbuendelung_->setChecked(state.KanalbuendelungAktiv);
+}
+
+void OverviewPanel::OnEntryChosen(int index) {
+  selection_.ChooseEntry(index);
+  ShowSelection();
+}
+
+void OverviewPanel::OnDialClicked() {
+  if (remote_ == nullptr || selection_.Entry().isEmpty()) {
+    return;
+  }
+  StatusDialog::DialWithProgress(*remote_, services_.state, selection_.Entry(), this);
 }
 
 void OverviewPanel::OnProviderChosen(int index) {

@@ -13,9 +13,11 @@ class QPushButton;
 
 namespace minutor {
 
+class RemoteAccess;
 struct Services;
 
-// The home panel, "Übersicht": provider, tariff and user for the next
+// The home panel, "Übersicht": the dial-up entry to dial and the cheapest
+// one, provider, tariff and user for the next
 // connection, the present price and free allowance, the switches for
 // monitoring, holiday and channel bundling, the note, and the button that
 // starts a recording by hand.
@@ -25,6 +27,11 @@ class OverviewPanel : public QWidget {
  public:
   // Loads itself: the note, the lists and the last selections.
   explicit OverviewPanel(Services& services, QWidget* parent = nullptr);
+
+  // The entries to offer and dial come from here; the entry of the last
+  // selection is shown again and the cheapest entry is found. Without it
+  // the panel lists no entries and dials nothing.
+  void SetRemoteAccess(RemoteAccess* remote);
 
   // Shows the monitoring switch as the caller has already set and saved it.
   void SetMonitoringChecked(bool on);
@@ -43,6 +50,8 @@ class OverviewPanel : public QWidget {
   void BuildControls();
   void LoadNote();
   void ShowSelection();
+  void OnEntryChosen(int index);
+  void OnDialClicked();
   void OnProviderChosen(int index);
   void OnTariffChosen(int index);
   void OnUserChosen(int index);
@@ -51,10 +60,14 @@ class OverviewPanel : public QWidget {
   void OnNoteChanged();
 
   Services& services_;
+  RemoteAccess* remote_ = nullptr;
   OverviewSelection selection_;
   // Set while the note fills from its file, so that filling doesn't write it back.
   bool noteLoading_ = false;
 
+  QComboBox* comDFUe_ = nullptr;
+  QPushButton* Command1_ = nullptr;
+  QLabel* lblOverview10_ = nullptr;  // the cheapest entry
   QComboBox* comAnbieter_ = nullptr;
   QComboBox* comTarif_ = nullptr;
   QLabel* lblOverview0_ = nullptr;  // the price

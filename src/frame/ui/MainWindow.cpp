@@ -4,7 +4,9 @@
 #include "desk/ui/OverviewPanel.h"
 #include "desk/ui/SmallWindow.h"
 #include "detection/MonitoringLoop.h"
+#include "detection/RemoteAccess.h"
 #include "detection/ui/ConnectionCheckPanel.h"
+#include "detection/ui/StatusDialog.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Prompter.h"
@@ -211,9 +213,18 @@ void MainWindow::ShowInClient(QWidget* panel) {
   panel->show();
 }
 
+void MainWindow::SetDetection(const Detection& detection) {
+  detection_ = detection;
+  // The Overview made at start learns its entries now.
+  if (overview_) {
+    overview_->SetRemoteAccess(detection_.remote);
+  }
+}
+
 void MainWindow::ShowOverview() {
   if (!overview_) {
     overview_ = new OverviewPanel(services_, client_);
+    overview_->SetRemoteAccess(detection_.remote);
     connect(overview_, &OverviewPanel::startRequested, this, &MainWindow::StartManualRecording);
     connect(overview_, &OverviewPanel::activeUserChanged, this, [this](const QString& name) {
       status_[2]->setText(QStringLiteral("Aktiver Benutzer: ") + name);
@@ -417,10 +428,29 @@ QMenu* MainWindow::BuildTrayMenu() {
   monitoring->setChecked(on);
   monitoring->setEnabled(!services_.state.NoMonitoringSettings);
   connect(monitoring, &QAction::triggered, this, [this] { SetMonitoring(!services_.state.MonitoringOn); });
+  RemoteAccess* remote = detection_.remote;
   if (connection_) {
     trayMenu_->addAction(QStringLiteral("Aufzeichnung &stoppen"), this, &MainWindow::StopManualRecording);
+    if (remote != nullptr) {
+      trayMenu_->addSeparator();
+      trayMenu_->addAction(QStringLiteral("Verbindung trennen"), this, [remote] {
+        const QList<RasConnection> connections = remote->GetRasConnections();
+        if (!connections.isEmpty()) {
+          remote->HangUp(connections.last().handle);
+        }
+      });
+    }
   } else {
     trayMenu_->addAction(QStringLiteral("Aufzeichnung &starten"), this, &MainWindow::StartManualRecording);
+    const QStringList entries = remote != nullptr ? GetDFUe(*remote) : QStringList();
+    if (!entries.isEmpty()) {
+      trayMenu_->addSeparator();
+    }
+    for (const QString& entry : entries) {
+      trayMenu_->addAction(
+          QLatin1Char('"') + entry + QStringLiteral("\" wählen"), this,
+          [this, remote, entry] { StatusDialog::DialWithProgress(*remote, services_.state, entry, this); });
+    }
   }
   return trayMenu_;
 }

@@ -51,7 +51,7 @@ class MainWindow : public QMainWindow {
     const BusServices* bus = nullptr;
     TapiLine* tapi = nullptr;
   };
-  void SetDetection(const Detection& detection) { detection_ = detection; }
+  void SetDetection(const Detection& detection);
 
   // The steps of the start that need the window: the side bar is off while
   // it runs, the status line and the hour are set, the window is centred and
