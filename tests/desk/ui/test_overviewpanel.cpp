@@ -1,7 +1,9 @@
 #include "desk/ui/OverviewPanel.h"
+#include "detection/SimulatedRemoteAccess.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Services.h"
+#include "frame/datadir/NumberText.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
 #include "users/UserFile.h"
@@ -217,6 +219,52 @@ class TestOverviewPanel : public QObject {
     QVERIFY(!Find<QCheckBox>(panel, QStringLiteral("Check1"))->isEnabled());
     QVERIFY(Find<QCheckBox>(panel, QStringLiteral("Check1"))->isChecked());
     QVERIFY(desk.state.MonitoringOn);
+  }
+
+  void entriesAreChosenDialledAndTheCheapestNamed() {
+    Desk desk;
+    desk.data.write(QStringLiteral("Config/Overview.cfg"),
+                    "T-Online\r\nSupervisor\r\nFunkwelle\r\nM - Tag und Nacht\r\n");
+    desk.data.write(QStringLiteral("DialUp/Arcor.trf"), "Netzfalke\r\nM - Volumen 500\r\n");
+    desk.data.write(QStringLiteral("DialUp/T-Online.trf"), "Sternnetz\r\nA - Sekundentakt\r\n");
+    // A tariff that was deleted costs nothing and so is the cheapest.
+    desk.data.write(QStringLiteral("DialUp/Weg.trf"), "Funkwelle\r\nM - Alt\r\n");
+    SimulatedRemoteAccess remote;
+    for (const char* entry : {"Arcor", "T-Online", "Weg"}) {
+      remote.AddEntry(QString::fromLatin1(entry));
+    }
+
+    OverviewPanel panel(desk.services);
+    auto* entries = Find<QComboBox>(panel, QStringLiteral("comDFÜ"));
+    QCOMPARE(entries->count(), 0);
+    QCOMPARE(Text(panel, QStringLiteral("lblOverview(10)")),
+             QStringLiteral("unbekannt (keine Tarife zugewiesen)"));
+    panel.SetRemoteAccess(&remote);
+    QCOMPARE(entries->count(), 3);
+    QCOMPARE(entries->currentText(), QStringLiteral("T-Online"));
+    QCOMPARE(Text(panel, QStringLiteral("lblOverview(10)")),
+             QStringLiteral("Weg (%1 €)").arg(FixedText(0, 3)));
+    Show(panel);
+
+    // The entry's tariff becomes the chosen one.
+    Choose(panel, QStringLiteral("comDFÜ"), QStringLiteral("Arcor"));
+    QCOMPARE(Find<QComboBox>(panel, QStringLiteral("comAnbieter"))->currentText(),
+             QStringLiteral("Netzfalke"));
+    QCOMPARE(Find<QComboBox>(panel, QStringLiteral("comTarif"))->currentText(),
+             QStringLiteral("M - Volumen 500"));
+    QCOMPARE(desk.state.AktuellerTarif, QStringLiteral("Netzfalke - Volumen 500.tel"));
+    QCOMPARE(desk.config(), QByteArray("Arcor\r\nSupervisor\r\nNetzfalke\r\nM - Volumen 500\r\n"));
+    // One naming a tariff that is gone leaves the tariff as it was.
+    Choose(panel, QStringLiteral("comDFÜ"), QStringLiteral("Weg"));
+    QCOMPARE(desk.state.AktuellerTarif, QStringLiteral("Netzfalke - Volumen 500.tel"));
+    QCOMPARE(desk.config(), QByteArray("Weg\r\nSupervisor\r\nNetzfalke\r\nM - Volumen 500\r\n"));
+
+    // Dialling marks the dial as the program's; the box closes once the line is up.
+    Find<QPushButton>(panel, QStringLiteral("Command1"))->click();
+    QCOMPARE(remote.dials.size(), 1);
+    QCOMPARE(remote.dials[0].entry, QStringLiteral("Weg"));
+    QVERIFY(desk.state.DialedByProgram);
+    QCOMPARE(remote.GetRasConnections().size(), 1);
   }
 };
 
