@@ -101,7 +101,7 @@ class TestMainWindow : public QObject {
     QVERIFY(w.sideBar()->IsEntryEnabled(0));
     for (int index = 1; index < SideBar::kEntries; ++index) {
       // Only the panels that exist can be opened.
-      QCOMPARE(w.sideBar()->IsEntryEnabled(index), index == 6);
+      QCOMPARE(w.sideBar()->IsEntryEnabled(index), index == 3 || index == 6 || index == 7);
     }
     QCOMPARE(p.state.AktuellerTarif, QStringLiteral("Funkwelle - Tag und Nacht.tel"));
 
@@ -130,9 +130,15 @@ class TestMainWindow : public QObject {
     QWidget* monitoring = w.sidePanel(6);
     w.sideBar()->EntryButton(6)->click();
     QCOMPARE(w.sidePanel(6), monitoring);
+    w.sideBar()->EntryButton(3)->click();
+    QVERIFY(w.IsFormLoaded(QStringLiteral("DialUp")));
+    QVERIFY(!w.IsFormLoaded(QStringLiteral("ConnectionCheck")));
+    w.sideBar()->EntryButton(7)->click();
+    QVERIFY(w.IsFormLoaded(QStringLiteral("Options")));
+    QVERIFY(!w.IsFormLoaded(QStringLiteral("DialUp")));
     w.sideBar()->EntryButton(0)->click();
     QVERIFY(w.IsFormLoaded(QStringLiteral("Overview")));
-    QVERIFY(!w.IsFormLoaded(QStringLiteral("ConnectionCheck")));
+    QVERIFY(!w.IsFormLoaded(QStringLiteral("Options")));
 
     w.sideBar()->SetLabel(0, QStringLiteral("[Gesperrt]"));
     w.HideWindows();

@@ -1,11 +1,13 @@
 #include "frame/ui/MainWindow.h"
 
 #include "desk/SmallWindowSettings.h"
+#include "desk/ui/OptionsPanel.h"
 #include "desk/ui/OverviewPanel.h"
 #include "desk/ui/SmallWindow.h"
 #include "detection/MonitoringLoop.h"
 #include "detection/RemoteAccess.h"
 #include "detection/ui/ConnectionCheckPanel.h"
+#include "detection/ui/DialUpPanel.h"
 #include "detection/ui/StatusDialog.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
@@ -36,7 +38,13 @@ const QString kOverviewLabel = QStringLiteral("Übersicht");
 const QString kConnectionLabel = QStringLiteral("Verbindung");
 const QString kLocked = QStringLiteral("[Gesperrt]");
 const QString kNotRecording = QStringLiteral("Aufzeichnung ist nicht aktiv");
+constexpr int kDialUpEntry = 3;
 constexpr int kMonitoringEntry = 6;
+constexpr int kOptionsEntry = 7;
+
+bool HasPanel(int index) {
+  return index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry;
+}
 
 }  // namespace
 
@@ -65,7 +73,7 @@ MainWindow::MainWindow(Services& services, TrafficSource& traffic, QWidget* pare
 
   // Entries whose panel comes later stay disabled until it exists.
   for (int index = 1; index < SideBar::kEntries; ++index) {
-    sideBar_->SetEntryEnabled(index, index == kMonitoringEntry);
+    sideBar_->SetEntryEnabled(index, HasPanel(index));
   }
 
   for (QLabel*& field : status_) {
@@ -160,19 +168,27 @@ void MainWindow::HideWindows() {
 }
 
 QWidget* MainWindow::CreateSidePanel(int index) {
-  if (index != kMonitoringEntry) {
+  QWidget* panel = nullptr;
+  if (index == kDialUpEntry) {
+    panel = new DialUpPanel(services_, detection_.remote);
+  } else if (index == kMonitoringEntry) {
+    auto* monitoring = new ConnectionCheckPanel(services_);
+    monitoring->SetPlatform(detection_.bus, detection_.tapi);
+    connect(monitoring, &ConnectionCheckPanel::intervalChanged, this,
+            [this](int milliseconds) { onlineCheck_.setInterval(milliseconds); });
+    panel = monitoring;
+  } else if (index == kOptionsEntry) {
+    panel = new OptionsPanel(services_, detection_.remote);
+  } else {
     return nullptr;
   }
-  auto* monitoring = new ConnectionCheckPanel(services_);
-  monitoring->SetPlatform(detection_.bus, detection_.tapi);
-  connect(monitoring, &ConnectionCheckPanel::intervalChanged, this,
-          [this](int milliseconds) { onlineCheck_.setInterval(milliseconds); });
-  // Its explanations are long; the frame keeps its size and lets it scroll.
+  // Panels with long texts may be larger than the frame, which keeps its
+  // size: they scroll.
   auto* scroll = new QScrollArea(client_);
-  scroll->setObjectName(monitoring->objectName());
+  scroll->setObjectName(panel->objectName());
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setWidget(monitoring);
+  scroll->setWidget(panel);
   return scroll;
 }
 
