@@ -66,10 +66,11 @@ void OverviewPanel::BuildControls() {
   lblOverview10_->setObjectName(QStringLiteral("lblOverview(10)"));
   auto* einwahlGrid = new QGridLayout(einwahl);
   einwahlGrid->addWidget(Caption(QStringLiteral("DFÜ Eintrag:"), einwahl), 0, 0);
+  // The button's caption is long: it stands under the entry box.
   einwahlGrid->addWidget(comDFUe_, 0, 1);
-  einwahlGrid->addWidget(Command1_, 0, 2);
-  einwahlGrid->addWidget(Caption(QStringLiteral("Aktuell günstigster Eintrag:"), einwahl), 1, 0);
-  einwahlGrid->addWidget(lblOverview10_, 1, 1, 1, 2);
+  einwahlGrid->addWidget(Command1_, 1, 1);
+  einwahlGrid->addWidget(Caption(QStringLiteral("Aktuell günstigster Eintrag:"), einwahl), 2, 0);
+  einwahlGrid->addWidget(lblOverview10_, 2, 1);
   einwahlGrid->setColumnStretch(1, 1);
 
   auto* tarif = new QGroupBox(QStringLiteral("Tarif"), this);
