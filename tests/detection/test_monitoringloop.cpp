@@ -4,6 +4,7 @@
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Services.h"
+#include "support/FakeProbes.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
 
@@ -13,17 +14,6 @@ using namespace minutor;
 
 namespace {
 
-class FakeNetwork final : public NetworkStateSource {
- public:
-  std::optional<quint32> NetworkState() override { return 70; }
-};
-
-class FakeHost final : public HostAddressSource {
- public:
-  std::optional<QStringList> IPv4Addresses() const override { return addresses; }
-  std::optional<QStringList> addresses = QStringList{"127.0.0.1"};
-};
-
 struct Loop {
   test::TempDataDir data;
   AppState state;
@@ -31,8 +21,8 @@ struct Loop {
   test::RecordingPrompter prompter;
   Services services{state, data.dir(), clock, prompter};
   SimulatedRemoteAccess remote;
-  FakeNetwork network;
-  FakeHost host;
+  test::FakeNetwork network;
+  test::FakeHost host;
   MonitoringLoop loop{services, remote, network, host};
 
   Loop() {

@@ -8,6 +8,7 @@
 #include "frame/ui/MainWindow.h"
 #include "frame/ui/SideBar.h"
 #include "metering/TrafficSource.h"
+#include "support/FakeProbes.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
 
@@ -24,17 +25,6 @@ using namespace minutor;
 
 namespace {
 
-class FakeNetwork final : public NetworkStateSource {
- public:
-  std::optional<quint32> NetworkState() override { return 70; }
-};
-
-class FakeHost final : public HostAddressSource {
- public:
-  std::optional<QStringList> IPv4Addresses() const override { return addresses; }
-  QStringList addresses = {"127.0.0.1"};
-};
-
 // A program on a data directory of its own, with a tariff chosen on the
 // Overview, as a user leaves it between two starts. With detection, the
 // machine's connections are simulated and the IP method watches them.
@@ -46,8 +36,8 @@ struct Program {
   Services services{state, data.dir(), clock, prompter};
   NoTrafficSource traffic;
   SimulatedRemoteAccess remote;
-  FakeNetwork network;
-  FakeHost host;
+  test::FakeNetwork network;
+  test::FakeHost host;
   MonitoringLoop loop{services, remote, network, host};
   std::unique_ptr<MainWindow> window;
 
@@ -192,7 +182,7 @@ class TestMainWindow : public QObject {
     QVERIFY(!w.IsFormLoaded(QStringLiteral("Connection")));  // only the ignored loopback is up
 
     p.remote.BringUp(QStringLiteral("Mobilfunk"), QStringLiteral("ttyUSB0"), QStringLiteral("wwan0"));
-    p.host.addresses.append(QStringLiteral("10.64.3.7"));
+    p.host.addresses->append(QStringLiteral("10.64.3.7"));
     QTRY_VERIFY_WITH_TIMEOUT(w.IsFormLoaded(QStringLiteral("Connection")), 4000);
     QVERIFY(w.connection()->isVisible());
     QVERIFY(!w.IsFormLoaded(QStringLiteral("Overview")));
@@ -204,7 +194,7 @@ class TestMainWindow : public QObject {
 
     // The line goes down: the next tick ends the recording.
     p.remote.TakeDown(p.remote.GetRasConnections().first().handle);
-    p.host.addresses = {"127.0.0.1"};
+    p.host.addresses = QStringList{"127.0.0.1"};
     QTRY_VERIFY_WITH_TIMEOUT(!w.IsFormLoaded(QStringLiteral("Connection")), 4000);
     QCOMPARE(p.records().size(), 1);
     QVERIFY(w.IsFormLoaded(QStringLiteral("Overview")));
