@@ -1,5 +1,7 @@
 #include "detection/DialUpFiles.h"
 
+#include "frame/Prompter.h"
+
 #include "detection/RemoteAccess.h"
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/DataDir.h"
@@ -112,5 +114,47 @@ QStringList NewEntryEditorArguments(const QString& type) {
 }
 
 QStringList EditEntryEditorArguments(const QString& uuid) { return {QStringLiteral("--edit=") + uuid}; }
+
+std::optional<RasDialParams> PrepareDialParams(const DataDir& dir, Prompter& prompter, RemoteAccess& remote,
+                                               const QString& entry) {
+  RasDialParams params = remote.GetDialParams(entry).value_or(RasDialParams{});
+  if (params.Eintrag.isEmpty()) {
+    params.Eintrag = entry;
+  }
+  auto askPassword = [&] {
+    const std::optional<QString> answer =
+        prompter.AskPassword(QStringLiteral("Bitte geben Sie das Passwort für die DFÜ Verbindung '") + entry +
+                                 QStringLiteral("' ein."),
+                             QStringLiteral("Passwortabfrage"));
+    if (!answer || answer->isEmpty()) {
+      return false;
+    }
+    params.Passwort = *answer;
+    return true;
+  };
+  if (LoadDialDataFromSystem(dir)) {
+    if (!params.passwordStored && params.Passwort.isEmpty() && !askPassword()) {
+      return std::nullopt;
+    }
+    return params;
+  }
+  if (const std::optional<EntryDialData> own = LoadEntry(dir, entry)) {
+    params.Telefon = own->Einwahlnummer.trimmed();
+    params.Benutzer = own->Benutzername;
+    params.Passwort = own->Passwort;
+    if (params.Benutzer.trimmed().isEmpty()) {
+      prompter.Message(
+          QStringLiteral("Sie haben in den DFÜ Einstellungen von Minutor keinen Benutzernamen für "
+                         "diese Verbindung angegeben. Bitte holen Sie dies nach, bevor Sie eine "
+                         "Verbindung mit Minutor aufbauen."),
+          Prompter::Icon::Warning);
+      return std::nullopt;
+    }
+    if (params.Passwort.isEmpty() && !askPassword()) {
+      return std::nullopt;
+    }
+  }
+  return params;
+}
 
 }  // namespace minutor

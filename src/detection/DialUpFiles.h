@@ -1,5 +1,7 @@
 #pragma once
 
+#include "detection/RemoteAccess.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -8,6 +10,7 @@
 namespace minutor {
 
 class DataDir;
+class Prompter;
 
 // The settings of the dial-up entries in "DialUp": which tariff an entry is
 // metered with ("<entry>.trf"), the dial-in data the program keeps for it
@@ -44,6 +47,13 @@ bool SaveEntry(const DataDir& dir, const QString& entry, const EntryDialData& da
 // false when the program keeps them. Without a file, or with a line that is no
 // boolean, the system's data are used.
 bool LoadDialDataFromSystem(const DataDir& dir);
+
+// What a dial of the entry goes out with: the system's data, or the
+// program's own from "<entry>.dat" as DialUp.cfg says; a missing password is
+// asked for. Nothing when the dial must not start (no user name in the
+// program's data, or the password question cancelled or left empty).
+std::optional<RasDialParams> PrepareDialParams(const DataDir& dir, Prompter& prompter, RemoteAccess& remote,
+                                               const QString& entry);
 // Written as "Wahr" or "Falsch".
 bool SaveDialDataFromSystem(const DataDir& dir, bool fromSystem);
 

@@ -1,5 +1,7 @@
 #include "detection/DialUpFiles.h"
 #include "detection/MonitoringLoop.h"
+#include "detection/SimulatedRemoteAccess.h"
+#include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
 #include "users/FieldCipher.h"
 

@@ -13,4 +13,13 @@ Prompter::Answer RecordingPrompter::Ask(const QString& text, const QString&, boo
   return answers.isEmpty() ? Answer::Cancel : answers.takeFirst();
 }
 
+std::optional<QString> RecordingPrompter::AskPassword(const QString& text, const QString&) {
+  messages.append(text);
+  icons.append(Icon::Question);
+  if (passwords.isEmpty()) {
+    return std::nullopt;
+  }
+  return passwords.takeFirst();
+}
+
 }  // namespace minutor::test

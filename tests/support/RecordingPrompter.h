@@ -12,10 +12,12 @@ class RecordingPrompter final : public Prompter {
  public:
   void Message(const QString& text, Icon icon, const QString& title = {}) override;
   Answer Ask(const QString& text, const QString& title, bool withCancel) override;
+  std::optional<QString> AskPassword(const QString& text, const QString& title) override;
 
   QStringList messages;
   QList<Icon> icons;
   QList<Answer> answers;  // taken from the front; Cancel when empty
+  QStringList passwords;  // taken from the front; cancelled when empty
 };
 
 }  // namespace minutor::test

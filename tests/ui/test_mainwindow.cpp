@@ -315,6 +315,7 @@ class TestMainWindow : public QObject {
                                    "\"T-Online\" wählen", "\"Arcor\" wählen"}));
 
     // The box follows the dial and closes once the line is up.
+    p.prompter.passwords = {QStringLiteral("geheim")};
     p.window->BuildTrayMenu()->actions().at(6)->trigger();
     QCOMPARE(p.remote.dials.size(), 1);
     QCOMPARE(p.remote.dials[0].entry, QStringLiteral("Arcor"));

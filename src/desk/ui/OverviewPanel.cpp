@@ -232,7 +232,7 @@ void OverviewPanel::OnDialClicked() {
   if (remote_ == nullptr || selection_.Entry().isEmpty()) {
     return;
   }
-  StatusDialog::DialWithProgress(*remote_, services_.state, selection_.Entry(), this);
+  StatusDialog::DialWithProgress(*remote_, services_, selection_.Entry(), this);
 }
 
 void OverviewPanel::OnProviderChosen(int index) {

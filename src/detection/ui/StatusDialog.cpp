@@ -1,5 +1,8 @@
 #include "detection/ui/StatusDialog.h"
 
+#include "detection/DialUpFiles.h"
+#include "frame/Services.h"
+
 #include "detection/RasStates.h"
 #include "detection/RemoteAccess.h"
 #include "frame/AppState.h"
@@ -35,17 +38,26 @@ QString StatusDialog::Start(const QString& entry) {
   if (params.Eintrag.isEmpty()) {
     params.Eintrag = entry;
   }
+  return Start(entry, params);
+}
+
+QString StatusDialog::Start(const QString& entry, const RasDialParams& params) {
   starting_ = true;
   handle_ = remote_.DialEntry(entry, params);
   starting_ = false;
   return handle_;
 }
 
-void StatusDialog::DialWithProgress(RemoteAccess& remote, AppState& state, const QString& entry,
+void StatusDialog::DialWithProgress(RemoteAccess& remote, Services& services, const QString& entry,
                                     QWidget* parent) {
-  state.DialedByProgram = true;
-  StatusDialog box(remote, state, parent);
-  box.Start(entry);
+  const std::optional<RasDialParams> params =
+      PrepareDialParams(services.dir, services.prompter, remote, entry);
+  if (!params) {
+    return;
+  }
+  services.state.DialedByProgram = true;
+  StatusDialog box(remote, services.state, parent);
+  box.Start(entry, *params);
   // The line may be up before the box is shown.
   if (box.result() != QDialog::Accepted) {
     box.exec();

@@ -10,6 +10,8 @@ namespace minutor {
 
 class RemoteAccess;
 struct AppState;
+struct RasDialParams;
+struct Services;
 
 // "Status": the small box that follows a dial. It shows the text of each
 // state the dial passes, with the state's number behind it, and goes away by
@@ -25,12 +27,17 @@ class StatusDialog : public QDialog {
   // The handle is "" when nothing was dialled; the box still waits to be
   // cancelled then.
   QString Start(const QString& entry);
+  // Dials with the data given.
+  QString Start(const QString& entry, const RasDialParams& params);
   const QString& Handle() const { return handle_; }
 
   // The whole dial from a panel or the tray menu: the dial is marked as the
   // program's own, then dialled, and the box is shown modally until the line
   // is up or the user cancels.
-  static void DialWithProgress(RemoteAccess& remote, AppState& state, const QString& entry, QWidget* parent);
+  // The dial-in data come from PrepareDialParams; when that refuses, nothing
+  // is dialled and no box appears.
+  static void DialWithProgress(RemoteAccess& remote, Services& services, const QString& entry,
+                               QWidget* parent);
 
  private:
   void OnProgress(const QString& handle, quint32 rasState);

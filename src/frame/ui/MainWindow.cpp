@@ -465,7 +465,7 @@ QMenu* MainWindow::BuildTrayMenu() {
     for (const QString& entry : entries) {
       trayMenu_->addAction(
           QLatin1Char('"') + entry + QStringLiteral("\" wählen"), this,
-          [this, remote, entry] { StatusDialog::DialWithProgress(*remote, services_.state, entry, this); });
+          [this, remote, entry] { StatusDialog::DialWithProgress(*remote, services_, entry, this); });
     }
   }
   return trayMenu_;

@@ -1,6 +1,8 @@
 #include "frame/ui/MessageBoxPrompter.h"
 
 #include <QApplication>
+#include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 
 namespace minutor {
@@ -46,6 +48,15 @@ Prompter::Answer MessageBoxPrompter::Ask(const QString& text, const QString& tit
     default:
       return Answer::Cancel;
   }
+}
+
+std::optional<QString> MessageBoxPrompter::AskPassword(const QString& text, const QString& title) {
+  bool ok = false;
+  const QString answer = QInputDialog::getText(parent_, TitleOr(title), text, QLineEdit::Password, {}, &ok);
+  if (!ok) {
+    return std::nullopt;
+  }
+  return answer;
 }
 
 }  // namespace minutor

@@ -14,6 +14,7 @@ class MessageBoxPrompter final : public Prompter {
 
   void Message(const QString& text, Icon icon, const QString& title = {}) override;
   Answer Ask(const QString& text, const QString& title, bool withCancel) override;
+  std::optional<QString> AskPassword(const QString& text, const QString& title) override;
 
  private:
   QWidget* parent_;

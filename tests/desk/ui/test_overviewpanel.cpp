@@ -260,6 +260,7 @@ class TestOverviewPanel : public QObject {
     QCOMPARE(desk.config(), QByteArray("Weg\r\nSupervisor\r\nNetzfalke\r\nM - Volumen 500\r\n"));
 
     // Dialling marks the dial as the program's; the box closes once the line is up.
+    desk.prompter.passwords = {QStringLiteral("geheim")};
     Find<QPushButton>(panel, QStringLiteral("Command1"))->click();
     QCOMPARE(remote.dials.size(), 1);
     QCOMPARE(remote.dials[0].entry, QStringLiteral("Weg"));

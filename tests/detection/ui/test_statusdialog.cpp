@@ -2,6 +2,10 @@
 #include "detection/SimulatedRemoteAccess.h"
 #include "detection/ui/StatusDialog.h"
 #include "frame/AppState.h"
+#include "frame/Clock.h"
+#include "frame/Services.h"
+#include "support/RecordingPrompter.h"
+#include "support/TempDataDir.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -86,6 +90,11 @@ class TestStatusDialog : public QObject {
     SimulatedRemoteAccess remote;
     remote.AddEntry(QStringLiteral("Arcor"));
     AppState state;
+    test::TempDataDir data;
+    FixedClock clock{QDateTime(QDate(2026, 11, 23), QTime(10, 0))};
+    test::RecordingPrompter prompter;
+    prompter.passwords = {QStringLiteral("geheim")};
+    Services services{state, data.dir(), clock, prompter};
     QWidget window;
     // The modal box runs its own loop; should it fail to close, a cancel ends
     // it and the checks below fail rather than hang.
@@ -96,7 +105,7 @@ class TestStatusDialog : public QObject {
         box->reject();
       }
     });
-    StatusDialog::DialWithProgress(remote, state, QStringLiteral("Arcor"), &window);
+    StatusDialog::DialWithProgress(remote, services, QStringLiteral("Arcor"), &window);
     QVERIFY(!cancelled);
     QVERIFY(state.DialedByProgram);
     QCOMPARE(remote.GetRasConnections().size(), 1);
@@ -106,13 +115,18 @@ class TestStatusDialog : public QObject {
   void aDialThatNeverStartedWaitsForCancel() {
     SimulatedRemoteAccess remote;  // knows no entry
     AppState state;
+    test::TempDataDir data;
+    FixedClock clock{QDateTime(QDate(2026, 11, 23), QTime(10, 0))};
+    test::RecordingPrompter prompter;
+    prompter.passwords = {QStringLiteral("geheim")};
+    Services services{state, data.dir(), clock, prompter};
     QTimer::singleShot(0, [] {
       auto* box = qobject_cast<StatusDialog*>(QApplication::activeModalWidget());
       QVERIFY(box);
       QCOMPARE(Shown(*box), QStringLiteral("Wähle..."));
       box->findChild<QPushButton*>(QStringLiteral("cmdAbbrechen"))->click();
     });
-    StatusDialog::DialWithProgress(remote, state, QStringLiteral("Weg"), nullptr);
+    StatusDialog::DialWithProgress(remote, services, QStringLiteral("Weg"), nullptr);
     QCOMPARE(remote.dials.size(), 1);
     QVERIFY(!state.DialedByProgram);
     QVERIFY(remote.hangUps.isEmpty());
