@@ -4,6 +4,7 @@
 #include "frame/Services.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
+#include "support/TestServices.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -24,12 +25,7 @@ class RecordingLauncher final : public ProgramLauncher {
   QStringList missing;
 };
 
-struct Setup {
-  test::TempDataDir data;
-  AppState state;
-  FixedClock clock{QDateTime(QDate(2026, 11, 23), QTime(10, 0))};
-  test::RecordingPrompter prompter;
-  Services services{state, data.dir(), clock, prompter};
+struct Setup : test::TestServices {
   RecordingLauncher launcher;
 };
 

@@ -6,6 +6,7 @@
 #include "frame/Services.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
+#include "support/TestServices.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -15,12 +16,7 @@ using namespace minutor;
 
 namespace {
 
-struct Setup {
-  test::TempDataDir data;
-  AppState state;
-  FixedClock clock{QDateTime(QDate(2026, 11, 23), QTime(10, 0))};
-  test::RecordingPrompter prompter;
-  Services services{state, data.dir(), clock, prompter};
+struct Setup : test::TestServices {
   SimulatedRemoteAccess remote;
 };
 

@@ -7,6 +7,7 @@
 #include "support/FakeProbes.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
+#include "support/TestServices.h"
 
 #include <QTest>
 
@@ -14,12 +15,7 @@ using namespace minutor;
 
 namespace {
 
-struct Loop {
-  test::TempDataDir data;
-  AppState state;
-  FixedClock clock{QDateTime(QDate(2026, 11, 23), QTime(10, 0))};
-  test::RecordingPrompter prompter;
-  Services services{state, data.dir(), clock, prompter};
+struct Loop : test::TestServices {
   SimulatedRemoteAccess remote;
   test::FakeNetwork network;
   test::FakeHost host;

@@ -4,8 +4,10 @@
 #include "frame/Clock.h"
 #include "frame/Services.h"
 #include "frame/datadir/NumberText.h"
+#include "support/FindControl.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
+#include "support/TestServices.h"
 #include "users/UserFile.h"
 
 #include <QCheckBox>
@@ -22,14 +24,8 @@ using namespace minutor;
 namespace {
 
 // The shipped tariffs and two users; Monday 10:00, a working day's day rate.
-struct Desk {
-  test::TempDataDir data;
-  AppState state;
-  FixedClock clock{QDateTime(QDate(2024, 1, 1), QTime(10, 0))};
-  test::RecordingPrompter prompter;
-  Services services{state, data.dir(), clock, prompter};
-
-  Desk() {
+struct Desk : test::TestServices {
+  Desk() : test::TestServices(QDateTime(QDate(2024, 1, 1), QTime(10, 0))) {
     data.dir().CopyShippedFiles(test::TempDataDir::shippedDir());
     WriteUserFile(data.dir(), QStringLiteral("Supervisor"), {});
     UserFile kind;
@@ -40,14 +36,7 @@ struct Desk {
   QByteArray config() const { return data.read(QStringLiteral("Config/Overview.cfg")); }
 };
 
-template <typename T>
-T* Find(const OverviewPanel& panel, const QString& name) {
-  T* child = panel.findChild<T*>(name);
-  if (child == nullptr) {
-    qFatal("no control %s", qPrintable(name));
-  }
-  return child;
-}
+using test::Find;
 
 QString Text(const OverviewPanel& panel, const QString& label) { return Find<QLabel>(panel, label)->text(); }
 

@@ -4,8 +4,10 @@
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Services.h"
+#include "support/FindControl.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
+#include "support/TestServices.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -40,26 +42,15 @@ class FakeLine final : public TapiLine {
   int closed = 0;
 };
 
-struct Desk {
-  test::TempDataDir data;
-  AppState state;
-  FixedClock clock{QDateTime(QDate(2024, 1, 1), QTime(10, 0))};
-  test::RecordingPrompter prompter;
-  Services services{state, data.dir(), clock, prompter};
+struct Desk : test::TestServices {
+  Desk() : test::TestServices(QDateTime(QDate(2024, 1, 1), QTime(10, 0))) {}
   FakeBus bus;
   FakeLine line;
 
   QByteArray conCheck() const { return data.read(QStringLiteral("Config/ConCheck.cfg")); }
 };
 
-template <typename T>
-T* Find(const QWidget& panel, const QString& name) {
-  T* child = panel.findChild<T*>(name);
-  if (child == nullptr) {
-    qFatal("no control %s", qPrintable(name));
-  }
-  return child;
-}
+using test::Find;
 
 QCheckBox* Box(const QWidget& panel, int index) {
   return Find<QCheckBox>(panel, QStringLiteral("Check1(%1)").arg(index));

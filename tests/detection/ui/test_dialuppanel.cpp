@@ -5,6 +5,7 @@
 #include "frame/Clock.h"
 #include "frame/Services.h"
 #include "frame/datadir/NumberText.h"
+#include "support/FindControl.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
 
@@ -44,14 +45,7 @@ struct Desk {
   SimulatedRemoteAccess remote;
 };
 
-template <typename T>
-T* Find(const QWidget& panel, const QString& name) {
-  T* child = panel.findChild<T*>(name);
-  if (child == nullptr) {
-    qFatal("no control %s", qPrintable(name));
-  }
-  return child;
-}
+using test::Find;
 
 void Pick(QComboBox* combo, const QString& text) {
   const int index = combo->findText(text);
