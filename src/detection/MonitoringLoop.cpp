@@ -12,12 +12,6 @@
 
 namespace minutor {
 
-namespace {
-
-const QString kUnknown = QStringLiteral("unbekannt");
-
-}  // namespace
-
 MonitoringLoop::MonitoringLoop(Services& services, RemoteAccess& remote, NetworkStateSource& network,
                                const HostAddressSource& host)
     : services_(services), remote_(remote), network_(network), host_(host) {}
@@ -51,20 +45,12 @@ bool MonitoringLoop::CheckAllowedEntry() {
   if (!services_.state.OnlyMarkedEntries) {
     return false;
   }
-  const QList<RasConnection> connections = remote_.GetRasConnections();
-  const RasConnection last = connections.isEmpty() ? RasConnection{} : connections.last();
-  if (last.entryName == kUnknown) {
-    return false;
+  // A connection the system doesn't report can't be hung up, but it isn't
+  // recorded either: it can't be told apart from a dialer's.
+  if (remote_.GetRasConnections().isEmpty()) {
+    return true;
   }
-  if (!last.entryName.isEmpty() && IsEntryAllowed(services_.dir, last.entryName)) {
-    return false;
-  }
-  // A connection the system can't name isn't hung up, but it isn't recorded
-  // either: it can't be told apart from a dialer's.
-  if (!last.handle.isEmpty()) {
-    remote_.HangUp(last.handle);
-  }
-  return true;
+  return IsUnwantedConnection(services_, remote_);
 }
 
 bool MonitoringLoop::ConnectionEnded() {

@@ -26,8 +26,9 @@ class MonitoringLoop {
   // startConnection. Nothing happens with monitoring off.
   void Check(const std::function<void()>& startConnection);
 
-  // The guard against entries the user hasn't allowed: true when the
-  // connection was cut (or is not allowed), so that no recording starts.
+  // The guard against entries the user hasn't allowed, run before a
+  // recording starts: IsUnwantedConnection, except that with no connection
+  // reported at all it also answers true, so nothing unnamed is recorded.
   bool CheckAllowedEntry();
 
   // True when the probe that started the recording says the connection is
