@@ -115,7 +115,9 @@ class TestNetworkManager : public QObject {
                     {QStringLiteral("pppoe"), {{QStringLiteral("username"), QStringLiteral("anonymer")}}}});
     mobil_ = AddProfile(
         {{QStringLiteral("connection"),
-          {{QStringLiteral("id"), QStringLiteral("Mobil")}, {QStringLiteral("type"), QStringLiteral("gsm")}}},
+          {{QStringLiteral("id"), QStringLiteral("Mobil")},
+           {QStringLiteral("uuid"), QStringLiteral("5f1c0a4e-2b7d-4c55-9d0e-7a1b2c3d4e5f")},
+           {QStringLiteral("type"), QStringLiteral("gsm")}}},
          {QStringLiteral("gsm"),
           {{QStringLiteral("number"), QStringLiteral("*99#")},
            {QStringLiteral("username"), QStringLiteral("eplus")}}}});
@@ -159,6 +161,12 @@ class TestNetworkManager : public QObject {
     QCOMPARE(tonline->Benutzer, QStringLiteral("anonymer"));
     QVERIFY(!tonline->passwordStored);
     QVERIFY(!ras_->GetDialParams(QStringLiteral("Unbekannt")));
+
+    // The connection editor opens a profile by its uuid.
+    const RemoteAccess::EditorRef ref = ras_->EntryEditorId(QStringLiteral("Mobil"));
+    QCOMPARE(ref.uuid, QStringLiteral("5f1c0a4e-2b7d-4c55-9d0e-7a1b2c3d4e5f"));
+    QCOMPARE(ref.type, QStringLiteral("gsm"));
+    QVERIFY(ras_->EntryEditorId(QStringLiteral("Unbekannt")).uuid.isEmpty());
 
     RasDialParams own = *tonline;
     own.Passwort = QStringLiteral("selbst");
