@@ -24,6 +24,9 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDir>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
 
 int main(int argc, char* argv[]) {
   QApplication app(argc, argv);
@@ -32,6 +35,13 @@ int main(int argc, char* argv[]) {
   QApplication::setDesktopFileName(QStringLiteral("minutor"));
   // The window hides to the tray; only closing it ends the program.
   QApplication::setQuitOnLastWindowClosed(false);
+  // The program speaks German whatever the desktop's language is; so do the
+  // buttons of Qt's own boxes ("Ja", "Abbrechen").
+  QTranslator qtTexts;
+  if (qtTexts.load(QLocale(QLocale::German, QLocale::Germany), QStringLiteral("qtbase"), QStringLiteral("_"),
+                   QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QApplication::installTranslator(&qtTexts);
+  }
   // Listen for the end of the session from the very start; a signal that
   // comes before the window exists waits until the window can close.
   minutor::SignalQuit signalQuit;

@@ -12,12 +12,17 @@
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
 
+#include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 #include <QToolButton>
+#include <QWheelEvent>
 
 #include <memory>
 
@@ -126,6 +131,18 @@ class TestMainWindow : public QObject {
     w.sideBar()->EntryButton(7)->click();
     QVERIFY(w.IsFormLoaded(QStringLiteral("Options")));
     QVERIFY(!w.IsFormLoaded(QStringLiteral("DialUp")));
+    // The wheel over a selection box the user hasn't clicked scrolls the
+    // panel and leaves the selection alone.
+    auto* scroll = qobject_cast<QScrollArea*>(w.sidePanel(7));
+    QVERIFY(scroll);
+    auto* currency = scroll->widget()->findChild<QComboBox*>();
+    QVERIFY(currency && currency->count() > 1);
+    currency->setCurrentIndex(0);
+    QWheelEvent wheel(QPointF(5, 5), currency->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(currency, &wheel);
+    QCOMPARE(currency->currentIndex(), 0);
+    QVERIFY(scroll->verticalScrollBar()->value() > 0);
     w.sideBar()->EntryButton(0)->click();
     QVERIFY(w.IsFormLoaded(QStringLiteral("Overview")));
     QVERIFY(!w.IsFormLoaded(QStringLiteral("Options")));

@@ -18,13 +18,16 @@
 #include "frame/ui/SideBar.h"
 #include "metering/ui/ConnectionPanel.h"
 
+#include <QAbstractSpinBox>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLocale>
 #include <QMenu>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStatusBar>
 #include <QStyle>
 #include <QSystemTrayIcon>
@@ -45,6 +48,38 @@ constexpr int kOptionsEntry = 7;
 bool HasPanel(int index) {
   return index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry;
 }
+
+// In a panel that scrolls, the wheel scrolls the panel: a selection box or
+// number field under the pointer changes only once the user has clicked it.
+class WheelScrollsPanel : public QObject {
+ public:
+  explicit WheelScrollsPanel(QScrollArea* scroll) : QObject(scroll), scroll_(scroll) {
+    QWidget* panel = scroll->widget();
+    QList<QWidget*> fields;
+    for (QComboBox* box : panel->findChildren<QComboBox*>()) {
+      fields.append(box);
+    }
+    for (QAbstractSpinBox* box : panel->findChildren<QAbstractSpinBox*>()) {
+      fields.append(box);
+    }
+    for (QWidget* field : std::as_const(fields)) {
+      field->setFocusPolicy(Qt::StrongFocus);
+      field->installEventFilter(this);
+    }
+  }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Wheel && !static_cast<QWidget*>(watched)->hasFocus()) {
+      QCoreApplication::sendEvent(scroll_->verticalScrollBar(), event);
+      return true;
+    }
+    return false;
+  }
+
+ private:
+  QScrollArea* scroll_;
+};
 
 }  // namespace
 
@@ -189,6 +224,7 @@ QWidget* MainWindow::CreateSidePanel(int index) {
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setWidget(panel);
+  new WheelScrollsPanel(scroll);
   return scroll;
 }
 

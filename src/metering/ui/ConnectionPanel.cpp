@@ -94,6 +94,12 @@ void ConnectionPanel::BuildControls() {
        {QStringLiteral("Kosten:"), {QStringLiteral("lblEuroProMinute"), QStringLiteral("lblEinheit")}}});
   // The caption of the free allowance is the meter's: time or transfer.
   auto* tariffGrid = static_cast<QGridLayout*>(tariff->layout());
+  // Tariff names are long ("Funkwelle - Tag und Nacht"): the name takes the
+  // whole row and breaks onto a second line rather than being cut.
+  QLabel* tariffName = labels_.value(QStringLiteral("lblTarifname"));
+  tariffGrid->removeWidget(tariffName);
+  tariffGrid->addWidget(tariffName, 0, 1, 1, 2);
+  tariffName->setWordWrap(true);
   tariffGrid->addWidget(AddLabel(QStringLiteral("lblRestFreiCaption")), 2, 0);
   tariffGrid->addWidget(AddLabel(QStringLiteral("lblRestFrei")), 2, 1);
 
