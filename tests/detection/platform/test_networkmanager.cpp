@@ -1,18 +1,15 @@
 #include "detection/RasStates.h"
 #include "detection/platform/NetworkManagerRemoteAccess.h"
 #include "detection/platform/RemoteAccessFactory.h"
+#include "support/PrivateBus.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <QDeadlineTimer>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
-#include <csignal>
+
 #include <memory>
 
 using namespace minutor;
@@ -28,10 +25,9 @@ const QString kMock = QStringLiteral("org.freedesktop.DBus.Mock");
 class TestNetworkManager : public QObject {
   Q_OBJECT
 
-  QProcess bus_;
-  QProcess mock_;
-  QString address_;
-  std::unique_ptr<QDBusConnection> connection_;
+  test::PrivateBus bus_;
+  QProcess* mock_ = nullptr;
+  QDBusConnection* connection_ = nullptr;
   std::unique_ptr<NetworkManagerRemoteAccess> ras_;
   QString device_;
   QString tonline_;
@@ -54,14 +50,6 @@ class TestNetworkManager : public QObject {
          {interfaceName, QStringLiteral("StateChanged"), signature, QVariant::fromValue(args)});
   }
 
-  bool ServiceUp() {
-    QDBusMessage ask = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
-    ask << kService;
-    return connection_->call(ask, QDBus::Block, 1000).arguments().value(0).toBool();
-  }
-
   QString AddProfile(const NMSettings& settings) {
     return Call(QStringLiteral("/org/freedesktop/NetworkManager/Settings"),
                 QStringLiteral("org.freedesktop.NetworkManager.Settings"), QStringLiteral("AddConnection"),
@@ -75,28 +63,12 @@ class TestNetworkManager : public QObject {
  private slots:
   void initTestCase() {
     qDBusRegisterMetaType<NMSettings>();
-    bus_.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                               QStringLiteral("--print-address=1")});
-    if (!bus_.waitForStarted(5000) || !bus_.waitForReadyRead(5000)) {
+    if (!bus_.Start(QStringLiteral("nm"))) {
       QSKIP("dbus-daemon can't start a private bus here");
     }
-    address_ = QString::fromUtf8(bus_.readLine()).trimmed();
-    connection_ =
-        std::make_unique<QDBusConnection>(QDBusConnection::connectToBus(address_, QStringLiteral("nm")));
-    QVERIFY(connection_->isConnected());
-
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), address_);
-    mock_.setProcessEnvironment(env);
-    mock_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    mock_.start(QStringLiteral("/usr/bin/python3"),
-                {QStringLiteral("-m"), QStringLiteral("dbusmock"), QStringLiteral("--system"),
-                 QStringLiteral("-t"), QStringLiteral("networkmanager")});
-    const QDeadlineTimer deadline(10000);
-    while (!ServiceUp() && !deadline.hasExpired() && mock_.state() != QProcess::NotRunning) {
-      QTest::qWait(50);
-    }
-    if (!ServiceUp()) {
+    connection_ = &bus_.connection();
+    mock_ = bus_.StartMock({QStringLiteral("-t"), QStringLiteral("networkmanager")}, kService);
+    if (mock_ == nullptr) {
       QSKIP("python3-dbusmock's NetworkManager template doesn't start");
     }
     QVERIFY(NetworkManagerRemoteAccess::IsAvailable(*connection_));
@@ -133,16 +105,7 @@ class TestNetworkManager : public QObject {
     ras_ = std::make_unique<NetworkManagerRemoteAccess>(*connection_);
   }
 
-  void cleanupTestCase() {
-    ras_.reset();
-    for (QProcess* process : {&mock_, &bus_}) {
-      if (process->state() != QProcess::NotRunning) {
-        ::kill(static_cast<pid_t>(process->processId()), SIGCONT);
-        process->terminate();
-        process->waitForFinished(3000);
-      }
-    }
-  }
+  void cleanupTestCase() { ras_.reset(); }
 
   void entriesAndTheirDialData() {
     QCOMPARE(ras_->GetEntries(), (QStringList{QStringLiteral("T-Online"), QStringLiteral("Mobil")}));
@@ -260,7 +223,7 @@ class TestNetworkManager : public QObject {
             .value(0)
             .toString();
     QTRY_COMPARE(ras_->GetRasConnections().size(), 1);
-    ::kill(static_cast<pid_t>(mock_.processId()), SIGSTOP);
+    test::PrivateBus::Freeze(*mock_);
     QElapsedTimer clock;
     clock.start();
     QVERIFY(ras_->GetRasConnections().isEmpty());
@@ -272,7 +235,7 @@ class TestNetworkManager : public QObject {
     clock.restart();
     QVERIFY(!ras_->HangUp(active));
     QVERIFY(clock.elapsed() < 3000);
-    ::kill(static_cast<pid_t>(mock_.processId()), SIGCONT);
+    test::PrivateBus::Thaw(*mock_);
     ras_->SetHangUpTimeout(5000);
     QVERIFY(ras_->HangUp(active));
   }
@@ -282,8 +245,8 @@ class TestNetworkManager : public QObject {
     const QString handle = ras_->DialEntry(QStringLiteral("T-Online"), {});
     QVERIFY(!handle.isEmpty());
     QTRY_COMPARE(progress.count(), 1);
-    mock_.terminate();
-    QVERIFY(mock_.waitForFinished(5000));
+    mock_->terminate();
+    QVERIFY(mock_->waitForFinished(5000));
     QTRY_COMPARE(progress.count(), 2);
     QCOMPARE(progress.last(), (QList<QVariant>{handle, RasState::Disconnected}));
     QElapsedTimer clock;
