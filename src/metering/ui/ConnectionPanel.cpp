@@ -100,6 +100,7 @@ void ConnectionPanel::BuildControls() {
   tariffGrid->removeWidget(tariffName);
   tariffGrid->addWidget(tariffName, 0, 1, 1, 2);
   tariffName->setWordWrap(true);
+  tariffGrid->itemAtPosition(0, 0)->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   tariffGrid->addWidget(AddLabel(QStringLiteral("lblRestFreiCaption")), 2, 0);
   tariffGrid->addWidget(AddLabel(QStringLiteral("lblRestFrei")), 2, 1);
 
