@@ -1,14 +1,19 @@
-// Times the program's record reader against plain reads of the same files.
+// Times the program's record reader against plain reads of the same files,
+// and the Overview's free allowance (which reads the records of the month)
+// against listing the folder and reading those files plainly.
 //
 //   bench_records [N]     N records (default 100000) in a temporary data directory
 //
-// Prints both times and, last, "ratio R": reader time / baseline time.
+// Prints the times, "allowance ratio R" and, last, "ratio R": reader time /
+// baseline time.
 
+#include "desk/FreeAllowance.h"
 #include "frame/datadir/DataDir.h"
 #include "metering/ConnectionRecord.h"
 #include "users/FieldCipher.h"
 
 #include <QCoreApplication>
+#include <QDate>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
@@ -16,12 +21,15 @@
 #include <algorithm>
 #include <cstdio>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 using namespace minutor;
 
 namespace {
+
+const QString kFreeMinutesTariff = QStringLiteral("Mobilnetz Plus - Freiminuten 100.tel");
 
 QStringList MakeRecords(const DataDir& dir, int count) {
   QStringList paths;
@@ -48,7 +56,7 @@ QStringList MakeRecords(const DataDir& dir, int count) {
     l.bytesOut = QStringLiteral("%1 Bytes").arg(i * 211);
     l.bytesInOut = QStringLiteral("%1 Bytes").arg(i * 1944);
     l.connectionName = QStringLiteral("Mobilfunk-Stick");
-    l.tarif = QStringLiteral("Funkwelle - Tag und Nacht.tel");
+    l.tarif = i % 2 == 0 ? kFreeMinutesTariff : QStringLiteral("Funkwelle - Tag und Nacht.tel");
     l.benutzer = QStringLiteral("Supervisor");
     QList<QByteArray> lines;
     for (const QByteArray& plain : RecordPlainLines(l)) {
@@ -100,6 +108,34 @@ qint64 TimeBaseline(const QStringList& paths, qint64* checksum) {
   return timer.nsecsElapsed();
 }
 
+// The least the free allowance must do: list the records' folder and read
+// the files of the month.
+qint64 TimeAllowanceBaseline(const QString& folder, int month, qint64* checksum) {
+  QElapsedTimer timer;
+  timer.start();
+  const QByteArray wanted = QByteArray::number(month).rightJustified(2, '0');
+  QStringList chosen;
+  if (DIR* d = ::opendir(QFile::encodeName(folder).constData())) {
+    while (const dirent* entry = ::readdir(d)) {
+      const QByteArray name(entry->d_name);
+      if (name.size() > 4 && name.mid(2, 2) == wanted) {
+        chosen.append(folder + QLatin1Char('/') + QFile::decodeName(name));
+      }
+    }
+    ::closedir(d);
+  }
+  const qint64 listed = timer.nsecsElapsed();
+  return listed + TimeBaseline(chosen, checksum);
+}
+
+qint64 TimeAllowance(const DataDir& dir, const QDate& today, qint64* checksum) {
+  QElapsedTimer timer;
+  timer.start();
+  const FreeAllowance allowance = ComputeFreeAllowance(dir, kFreeMinutesTariff, today);
+  *checksum += allowance.text.size();
+  return timer.nsecsElapsed();
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -120,6 +156,22 @@ int main(int argc, char* argv[]) {
     baseline = round == 0 ? b : std::min(baseline, b);
     reader = round == 0 ? r : std::min(reader, r);
   }
+  // The free allowance of a free-minutes tariff in a month that has records.
+  dir.CopyShippedFiles(QStringLiteral(MINUTOR_SHIPPED_DIR));
+  const QDate today(2026, 3, 15);
+  qint64 allowance = 0;
+  qint64 allowanceBaseline = 0;
+  for (int round = 0; round < 3; ++round) {
+    const qint64 b = TimeAllowanceBaseline(dir.Resolve(kRecordFolder), today.month(), &checksum);
+    const qint64 r = TimeAllowance(dir, today, &checksum);
+    allowanceBaseline = round == 0 ? b : std::min(allowanceBaseline, b);
+    allowance = round == 0 ? r : std::min(allowance, r);
+  }
+  std::printf("allowance baseline %.1f ms\n", static_cast<double>(allowanceBaseline) / 1e6);
+  std::printf("allowance %.1f ms\n", static_cast<double>(allowance) / 1e6);
+  std::printf("allowance ratio %.2f\n",
+              static_cast<double>(allowance) / static_cast<double>(std::max<qint64>(allowanceBaseline, 1)));
+
   std::printf("baseline %.1f ms\n", static_cast<double>(baseline) / 1e6);
   std::printf("reader %.1f ms\n", static_cast<double>(reader) / 1e6);
   std::printf("checksum %lld\n", static_cast<long long>(checksum));

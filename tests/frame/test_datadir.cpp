@@ -3,6 +3,7 @@
 #include "support/TempDataDir.h"
 
 #include <QDir>
+#include <QFile>
 #include <QTest>
 
 using namespace minutor;
@@ -81,6 +82,15 @@ class TestDataDir : public QObject {
              QStringList{"Foo Net - Bar.ATL"});
     QCOMPARE(dir.ListFiles(QStringLiteral("Tarife")).size(), 4);
     QVERIFY(dir.ListFiles(QStringLiteral("Missing")).isEmpty());
+
+    // Only files count: a folder doesn't, a link to a file does, a dangling
+    // link doesn't.
+    QVERIFY(QDir(data.path(QStringLiteral("Tarife"))).mkdir(QStringLiteral("Foo - Ordner.tel")));
+    QVERIFY(QFile::link(data.path(QStringLiteral("Tarife/Other - X.tel")),
+                        data.path(QStringLiteral("Tarife/Foo - Link.tel"))));
+    QVERIFY(QFile::link(data.path(QStringLiteral("Tarife/weg")), data.path(QStringLiteral("Tarife/Foo - Weg.tel"))));
+    QCOMPARE(dir.ListFiles(QStringLiteral("Tarife"), QStringLiteral("foo*")),
+             (QStringList{"Foo - Bar.tel", "Foo - Link.tel", "Foo Net - Bar.ATL"}));
   }
 
   void shippedFilesAreCopiedButNeverOverwritten() {

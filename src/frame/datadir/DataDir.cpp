@@ -9,6 +9,7 @@
 
 #include <algorithm>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -142,17 +143,33 @@ bool DataDir::Remove(QStringView relative) const { return QFile::remove(Resolve(
 
 QStringList DataDir::ListFiles(QStringView folder, const QString& pattern) const {
   const QString path = folder.isEmpty() ? root_ : Resolve(folder);
-  const QRegularExpression match(QRegularExpression::wildcardToRegularExpression(pattern),
+  const bool all = pattern == QLatin1String("*");
+  const QRegularExpression match(all ? QString() : QRegularExpression::wildcardToRegularExpression(pattern),
                                  QRegularExpression::CaseInsensitiveOption);
   QStringList names;
-  QDirIterator it(path, QDir::Files | QDir::Hidden | QDir::System);
-  while (it.hasNext()) {
-    it.next();
-    const QString name = it.fileName();
-    if (pattern == QLatin1String("*") || match.match(name).hasMatch()) {
+  // The records' folder holds a file per connection, a hundred thousand after
+  // some years: read it plainly, and ask the file system about an entry only
+  // when the folder listing doesn't tell its type.
+  const QByteArray base = QFile::encodeName(path) + '/';
+  DIR* listing = ::opendir(base.constData());
+  if (listing == nullptr) {
+    return names;
+  }
+  while (const dirent* entry = ::readdir(listing)) {
+    bool isFile = entry->d_type == DT_REG;
+    if (entry->d_type == DT_UNKNOWN || entry->d_type == DT_LNK) {
+      struct stat info {};
+      isFile = ::stat((base + entry->d_name).constData(), &info) == 0 && S_ISREG(info.st_mode);
+    }
+    if (!isFile) {
+      continue;
+    }
+    const QString name = QFile::decodeName(entry->d_name);
+    if (all || match.match(name).hasMatch()) {
       names.append(name);
     }
   }
+  ::closedir(listing);
   std::sort(names.begin(), names.end());
   return names;
 }
