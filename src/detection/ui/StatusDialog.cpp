@@ -45,6 +45,11 @@ QString StatusDialog::Start(const QString& entry, const RasDialParams& params) {
   starting_ = true;
   handle_ = remote_.DialEntry(entry, params);
   starting_ = false;
+  // A dial the system refused at once (no such profile, no device for it)
+  // has failed: the box says so instead of waiting at "Wähle...".
+  if (handle_.isEmpty()) {
+    Label1_->setText(RasStateCaption(RasState::Disconnected));
+  }
   return handle_;
 }
 

@@ -112,7 +112,7 @@ class TestStatusDialog : public QObject {
     QVERIFY(remote.hangUps.isEmpty());
   }
 
-  void aDialThatNeverStartedWaitsForCancel() {
+  void aDialThatNeverStartedSaysSoAndWaitsForCancel() {
     SimulatedRemoteAccess remote;  // knows no entry
     AppState state;
     test::TempDataDir data;
@@ -123,7 +123,7 @@ class TestStatusDialog : public QObject {
     QTimer::singleShot(0, [] {
       auto* box = qobject_cast<StatusDialog*>(QApplication::activeModalWidget());
       QVERIFY(box);
-      QCOMPARE(Shown(*box), QStringLiteral("Wähle..."));
+      QCOMPARE(Shown(*box), QStringLiteral("Verbindung getrennt! (8193)"));
       box->findChild<QPushButton*>(QStringLiteral("cmdAbbrechen"))->click();
     });
     StatusDialog::DialWithProgress(remote, services, QStringLiteral("Weg"), nullptr);
