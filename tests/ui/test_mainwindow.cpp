@@ -20,6 +20,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QSystemTrayIcon>
 #include <QTest>
 #include <QToolButton>
 #include <QWheelEvent>
@@ -315,6 +316,13 @@ class TestMainWindow : public QObject {
     QCOMPARE(texts(), (QStringList{"&Beenden", "-", "Überwachung", "Aufzeichnung &stoppen"}));
     p.window->BuildTrayMenu()->actions().at(3)->trigger();
     QCOMPARE(p.records().size(), 1);
+
+    // With nowhere to hide to, minimising leaves the window in the task bar.
+    QVERIFY(!QSystemTrayIcon::isSystemTrayAvailable());
+    p.state.HideToTray = true;
+    p.window->showMinimized();
+    QTest::qWait(50);
+    QVERIFY(p.window->isVisible());
   }
 
   void trayMenuDialsAndHangsUp() {

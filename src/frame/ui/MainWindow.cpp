@@ -429,7 +429,10 @@ void MainWindow::changeEvent(QEvent* event) {
     setWindowState(windowState() & ~Qt::WindowMaximized);
     setFixedSize(kWidth, kHeight);
   }
-  if ((windowState() & Qt::WindowMinimized) && services_.state.HideToTray) {
+  // Without a tray on the desktop (GNOME without its extension) a hidden
+  // window could never be brought back: it stays minimised in the task bar.
+  if ((windowState() & Qt::WindowMinimized) && services_.state.HideToTray &&
+      QSystemTrayIcon::isSystemTrayAvailable()) {
     AddSysTrayIcon();
     QTimer::singleShot(0, this, &QWidget::hide);
   }
