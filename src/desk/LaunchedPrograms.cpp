@@ -7,6 +7,7 @@
 #include "frame/datadir/DataDir.h"
 #include "frame/datadir/NumberText.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 
@@ -48,7 +49,128 @@ bool WriteProgramList(const DataDir& dir, const QString& file, const QList<Progr
   return dir.WriteLines(file, lines);
 }
 
+namespace {
+
+// A value's escapes (\s, \n, \t, \r, \\) as desktop entry files write them.
+QString UnescapeValue(const QString& value) {
+  QString text;
+  for (qsizetype i = 0; i < value.size(); ++i) {
+    if (value[i] != QLatin1Char('\\') || i + 1 == value.size()) {
+      text += value[i];
+      continue;
+    }
+    const QChar next = value[++i];
+    if (next == QLatin1Char('s')) {
+      text += QLatin1Char(' ');
+    } else if (next == QLatin1Char('n')) {
+      text += QLatin1Char('\n');
+    } else if (next == QLatin1Char('t')) {
+      text += QLatin1Char('\t');
+    } else if (next == QLatin1Char('r')) {
+      text += QLatin1Char('\r');
+    } else if (next == QLatin1Char('\\')) {
+      text += next;
+    } else {
+      // Not an escape of the value: it belongs to the Exec quoting ("\"").
+      text += QLatin1Char('\\');
+      text += next;
+    }
+  }
+  return text;
+}
+
+// Splits an Exec line: blanks separate arguments, double quotes hold an
+// argument together, and inside them a backslash makes the next character
+// plain. Field codes (%f, %U, ...) go; "%%" is a percent sign.
+QStringList SplitExec(const QString& exec, const QString& name, const QString& path) {
+  QStringList arguments;
+  QString current;
+  bool inArgument = false;
+  bool quoted = false;
+  for (qsizetype i = 0; i < exec.size(); ++i) {
+    const QChar c = exec[i];
+    if (quoted) {
+      if (c == QLatin1Char('"')) {
+        quoted = false;
+      } else if (c == QLatin1Char('\\') && i + 1 < exec.size()) {
+        current += exec[++i];
+      } else {
+        current += c;
+      }
+    } else if (c == QLatin1Char('"')) {
+      quoted = true;
+      inArgument = true;
+    } else if (c == QLatin1Char(' ') || c == QLatin1Char('\t')) {
+      if (inArgument) {
+        arguments.append(current);
+        current.clear();
+        inArgument = false;
+      }
+    } else if (c == QLatin1Char('%') && i + 1 < exec.size()) {
+      const QChar code = exec[++i];
+      if (code == QLatin1Char('%')) {
+        current += code;
+        inArgument = true;
+      } else if (code == QLatin1Char('c')) {
+        current += name;
+        inArgument = true;
+      } else if (code == QLatin1Char('k')) {
+        current += path;
+        inArgument = true;
+      }
+    } else {
+      current += c;
+      inArgument = true;
+    }
+  }
+  if (inArgument) {
+    arguments.append(current);
+  }
+  return arguments;
+}
+
+}  // namespace
+
+QStringList DesktopEntryCommand(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) {
+    return {};
+  }
+  bool inEntry = false;
+  QString type;
+  QString exec;
+  QString name;
+  while (!file.atEnd()) {
+    const QString line = QString::fromUtf8(file.readLine(64 * 1024)).trimmed();
+    if (line.startsWith(QLatin1Char('['))) {
+      inEntry = line == QLatin1String("[Desktop Entry]");
+      continue;
+    }
+    const qsizetype equals = line.indexOf(QLatin1Char('='));
+    if (!inEntry || equals <= 0 || line.startsWith(QLatin1Char('#'))) {
+      continue;
+    }
+    const QString key = line.left(equals).trimmed();
+    const QString value = UnescapeValue(line.mid(equals + 1).trimmed());
+    if (key == QLatin1String("Type")) {
+      type = value;
+    } else if (key == QLatin1String("Exec")) {
+      exec = value;
+    } else if (key == QLatin1String("Name")) {
+      name = value;
+    }
+  }
+  if (type != QLatin1String("Application")) {
+    return {};
+  }
+  return SplitExec(exec, name, path);
+}
+
 bool DetachedProgramLauncher::Start(const QString& program) {
+  if (program.endsWith(QStringLiteral(".desktop"), Qt::CaseInsensitive)) {
+    const QStringList command = DesktopEntryCommand(program);
+    return !command.isEmpty() && QProcess::startDetached(command.first(), command.mid(1));
+  }
   return QProcess::startDetached(program, {}, QFileInfo(program).absolutePath());
 }
 

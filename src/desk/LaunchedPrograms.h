@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 namespace minutor {
 
@@ -32,8 +33,15 @@ class ProgramLauncher {
   virtual bool Start(const QString& program) = 0;
 };
 
+// The command line of a desktop entry file (".desktop", as the desktop menu
+// has them): its Exec line split into program and arguments, with the
+// file-name and URL placeholders dropped, since nothing is opened with it.
+// Empty when the file isn't an application entry or has no Exec line.
+QStringList DesktopEntryCommand(const QString& path);
+
 // Starts the program as a process of its own, in the program's folder, and
-// doesn't wait for it or end it later.
+// doesn't wait for it or end it later. A desktop entry file starts the
+// application it describes.
 class DetachedProgramLauncher final : public ProgramLauncher {
  public:
   bool Start(const QString& program) override;

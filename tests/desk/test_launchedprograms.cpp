@@ -104,6 +104,37 @@ class TestLaunchedPrograms : public QObject {
     QVERIFY(launcher.Start(script));
     QTRY_VERIFY(QFile::exists(marker));  // ran in its own folder
   }
+
+  void desktopEntriesStartTheirApplication() {
+    QTemporaryDir dir;
+    auto write = [&](const QString& name, const QByteArray& text) {
+      QFile file(dir.filePath(name));
+      if (file.open(QIODevice::WriteOnly)) {
+        file.write(text);
+      }
+      return dir.filePath(name);
+    };
+    // Quotes hold an argument together, placeholders for files go, %% and
+    // the value escapes are kept as the desktop reads them.
+    const QString mail = write(QStringLiteral("mail.desktop"),
+                               "[Desktop Entry]\n# comment=no\nName=Post\nName[en]=Mail\nType=Application\n"
+                               "Exec=\"/opt/Mail Programm/bin/post\" --profile \"a \\\"b\\\"\" %U -n 100%% --title=%c\n"
+                               "[Desktop Action New]\nExec=falsch\n");
+    QCOMPARE(DesktopEntryCommand(mail),
+             (QStringList{"/opt/Mail Programm/bin/post", "--profile", "a \"b\"", "-n", "100%", "--title=Post"}));
+    QVERIFY(DesktopEntryCommand(write(QStringLiteral("link.desktop"),
+                                      "[Desktop Entry]\nType=Link\nURL=http://example.org\n"))
+                .isEmpty());
+    QVERIFY(DesktopEntryCommand(dir.filePath(QStringLiteral("fehlt.desktop"))).isEmpty());
+
+    const QString marker = dir.filePath(QStringLiteral("gestartet"));
+    const QString entry = write(QStringLiteral("Marker.DESKTOP"),
+                                "[Desktop Entry]\nType=Application\nExec=touch \"" + marker.toUtf8() + "\" %F\n");
+    DetachedProgramLauncher launcher;
+    QVERIFY(launcher.Start(entry));
+    QTRY_VERIFY(QFile::exists(marker));
+    QVERIFY(!launcher.Start(dir.filePath(QStringLiteral("link.desktop"))));
+  }
 };
 
 QTEST_GUILESS_MAIN(TestLaunchedPrograms)

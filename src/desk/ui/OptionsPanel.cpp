@@ -260,7 +260,7 @@ void OptionsPanel::AddProgram(const QString& path) {
 void OptionsPanel::OnAddClicked() {
   AddProgram(QFileDialog::getOpenFileName(
       this, QStringLiteral("Programm suchen..."), QDir::rootPath(),
-      QStringLiteral("Programmdateien (*);;Batch Dateien (*.sh);;Alle Dateien (*)")));
+      QStringLiteral("Programmdateien (*);;Anwendungen (*.desktop);;Batch Dateien (*.sh);;Alle Dateien (*)")));
 }
 
 void OptionsPanel::OnRemoveClicked() {
