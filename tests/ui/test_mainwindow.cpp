@@ -126,9 +126,14 @@ class TestMainWindow : public QObject {
     QWidget* monitoring = w.sidePanel(6);
     w.sideBar()->EntryButton(6)->click();
     QCOMPARE(w.sidePanel(6), monitoring);
+    // Long captions break into lines: the panel scrolls down, never sideways.
+    QVERIFY(QTest::qWaitForWindowExposed(&w));
+    QTRY_VERIFY(qobject_cast<QScrollArea*>(monitoring)->verticalScrollBar()->maximum() > 0);
+    QCOMPARE(qobject_cast<QScrollArea*>(monitoring)->horizontalScrollBar()->maximum(), 0);
     w.sideBar()->EntryButton(3)->click();
     QVERIFY(w.IsFormLoaded(QStringLiteral("DialUp")));
     QVERIFY(!w.IsFormLoaded(QStringLiteral("ConnectionCheck")));
+    QCOMPARE(qobject_cast<QScrollArea*>(w.sidePanel(3))->horizontalScrollBar()->maximum(), 0);
     w.sideBar()->EntryButton(7)->click();
     QVERIFY(w.IsFormLoaded(QStringLiteral("Options")));
     QVERIFY(!w.IsFormLoaded(QStringLiteral("DialUp")));
@@ -136,6 +141,7 @@ class TestMainWindow : public QObject {
     // panel and leaves the selection alone.
     auto* scroll = qobject_cast<QScrollArea*>(w.sidePanel(7));
     QVERIFY(scroll);
+    QCOMPARE(scroll->horizontalScrollBar()->maximum(), 0);
     auto* currency = scroll->widget()->findChild<QComboBox*>();
     QVERIFY(currency && currency->count() > 1);
     currency->setCurrentIndex(0);

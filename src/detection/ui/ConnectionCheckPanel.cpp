@@ -5,6 +5,7 @@
 #include "frame/AppState.h"
 #include "frame/Prompter.h"
 #include "frame/Services.h"
+#include "frame/ui/WrappingCheckBox.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -29,19 +30,24 @@ QLabel* Explanation(const QString& text, QWidget* parent) {
 }
 
 // The interval sentence keeps its gap of blanks, and the list lies over it.
-QLabel* IntervalSentence(QComboBox* combo, QWidget* parent) {
-  const QString lead = QStringLiteral("Alle ");
-  const QString gap = QStringLiteral("                     ");
-  auto* label = new QLabel(
-      lead + gap + QStringLiteral("Sekunden überprüfen ob eine Internetverbindung gestartet wurde."), parent);
-  label->setObjectName(QStringLiteral("lblInterval"));
-  combo->setParent(label);
-  const QFontMetrics metrics(label->font());
-  combo->setFixedWidth(std::max(metrics.horizontalAdvance(gap), combo->minimumSizeHint().width()));
-  label->setMinimumHeight(combo->sizeHint().height());
-  label->setIndent(0);
-  combo->move(metrics.horizontalAdvance(lead), (label->minimumHeight() - combo->sizeHint().height()) / 2);
-  return label;
+// "Alle <interval> Sekunden überprüfen ob eine Internetverbindung gestartet
+// wurde.": the selection box stands in the sentence, whose rest breaks into
+// lines beside it where the panel is narrow.
+QWidget* IntervalSentence(QComboBox* combo, QWidget* parent) {
+  auto* sentence = new QWidget(parent);
+  sentence->setObjectName(QStringLiteral("lblInterval"));
+  auto* lead = new QLabel(QStringLiteral("Alle"), sentence);
+  lead->setObjectName(QStringLiteral("lblIntervalLead"));
+  auto* rest =
+      new QLabel(QStringLiteral("Sekunden überprüfen ob eine Internetverbindung gestartet wurde."), sentence);
+  rest->setObjectName(QStringLiteral("lblIntervalRest"));
+  rest->setWordWrap(true);
+  auto* row = new QHBoxLayout(sentence);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addWidget(lead, 0, Qt::AlignVCenter);
+  row->addWidget(combo, 0, Qt::AlignVCenter);
+  row->addWidget(rest, 1);
+  return sentence;
 }
 
 }  // namespace
@@ -68,7 +74,7 @@ void ConnectionCheckPanel::BuildControls() {
   };
   auto* group = new QGroupBox(QStringLiteral("Überwachungsmethoden"), this);
   for (int i = 0; i < 4; ++i) {
-    Check1_[i] = new QCheckBox(captions[i], group);
+    Check1_[i] = new WrappingCheckBox(captions[i], group);
     Check1_[i]->setObjectName(QStringLiteral("Check1(%1)").arg(i));
     connect(Check1_[i], &QCheckBox::clicked, this, [this, i] { OnMethodClicked(i); });
   }
@@ -89,9 +95,9 @@ void ConnectionCheckPanel::BuildControls() {
 
   auto* lan = new QHBoxLayout;
   lan->addSpacing(20);
-  lan->addWidget(Check1_[ConCheckBoxes::LAN]);
-  lan->addWidget(restart);
-  lan->addStretch(1);
+  restart->setWordWrap(true);
+  lan->addWidget(Check1_[ConCheckBoxes::LAN], 3);
+  lan->addWidget(restart, 2, Qt::AlignTop);
   auto* ignored = new QHBoxLayout;
   ignored->addWidget(IgnoredIPs_, 1);
   ignored->addWidget(Command1_);

@@ -90,8 +90,9 @@ class TestConnectionCheckPanel : public QObject {
       QCOMPARE(interval->count(), 10);
       QCOMPARE(interval->itemText(0), QStringLiteral("1"));
       QCOMPARE(interval->itemText(9), QStringLiteral("10"));
-      QVERIFY(
-          Find<QLabel>(panel, QStringLiteral("lblInterval"))->text().startsWith(QStringLiteral("Alle    ")));
+      QCOMPARE(Find<QLabel>(panel, QStringLiteral("lblIntervalLead"))->text() + QStringLiteral(" n ") +
+                   Find<QLabel>(panel, QStringLiteral("lblIntervalRest"))->text(),
+               QStringLiteral("Alle n Sekunden überprüfen ob eine Internetverbindung gestartet wurde."));
       QCOMPARE(Find<QPushButton>(panel, QStringLiteral("Command1"))->text(), QStringLiteral("Hinweise..."));
       // Without files: the Internet state method alone, every 2 seconds.
       QCOMPARE(Checked(panel), QStringList{"1"});
