@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTimer>
@@ -91,6 +92,22 @@ QString KernelRemoteAccess::EntryOfInterface(const QString& interfaceName) const
     const QStringList lines = ReadSmallFile(paths_.run + QLatin1Char('/') + file).split(QLatin1Char('\n'));
     if (lines.value(1).trimmed() == interfaceName) {
       return file.mid(4, file.size() - 8);
+    }
+  }
+  // Without it, pppd still leaves <interface>.pid, and its command line
+  // (pon's "pppd call <peer>") names the peer.
+  const QString pid = ReadSmallFile(paths_.run + QLatin1Char('/') + interfaceName + QStringLiteral(".pid"))
+                          .section(QLatin1Char('\n'), 0, 0)
+                          .trimmed();
+  bool isNumber = false;
+  pid.toUInt(&isNumber);
+  if (isNumber) {
+    const QStringList arguments =
+        ReadSmallFile(paths_.proc + QLatin1Char('/') + pid + QStringLiteral("/cmdline")).split(QChar(u'\0'));
+    const qsizetype call = arguments.indexOf(QStringLiteral("call"));
+    if (QFileInfo(arguments.value(0)).fileName() == QLatin1String("pppd") && call > 0 &&
+        IsEntry(arguments.value(call + 1))) {
+      return arguments.value(call + 1);
     }
   }
   return dialledEntries_.value(interfaceName);

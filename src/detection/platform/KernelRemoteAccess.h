@@ -23,6 +23,7 @@ class KernelRemoteAccess final : public RemoteAccess {
     QString run = QStringLiteral("/run");
     QString pon = QStringLiteral("pon");
     QString poff = QStringLiteral("poff");
+    QString proc = QStringLiteral("/proc");
   };
 
   explicit KernelRemoteAccess(const Paths& paths, QObject* parent = nullptr);

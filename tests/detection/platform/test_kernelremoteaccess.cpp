@@ -36,7 +36,7 @@ class TestKernelRemoteAccess : public QObject {
 
   KernelRemoteAccess::Paths paths() const {
     return {path(QStringLiteral("ppp/peers")), path(QStringLiteral("net")), path(QStringLiteral("run")),
-            path(QStringLiteral("bin/pon")), path(QStringLiteral("bin/poff"))};
+            path(QStringLiteral("bin/pon")), path(QStringLiteral("bin/poff")), path(QStringLiteral("proc"))};
   }
 
  private slots:
@@ -103,6 +103,17 @@ class TestKernelRemoteAccess : public QObject {
     QCOMPARE(up.at(0).interfaceName, QStringLiteral("ppp0"));
     QCOMPARE(ras.GetConnectState(QStringLiteral("ppp0"))->state, RasState::Connected);
     QVERIFY(!ras.GetConnectState(QStringLiteral("ppp1")));
+
+    // pon without a link name: pppd's command line names the peer; another
+    // program's pid, or a peer that isn't one, names nothing.
+    addInterface(QStringLiteral("ppp1"), "512", "0x1091");
+    write(QStringLiteral("run/ppp1.pid"), "4712\n");
+    write(QStringLiteral("proc/4712/cmdline"), QByteArray("/usr/sbin/pppd\0call\0provider\0", 29));
+    QCOMPARE(ras.GetRasConnections().value(1).entryName, QStringLiteral("provider"));
+    write(QStringLiteral("proc/4712/cmdline"), QByteArray("/usr/sbin/pppd\0call\0../pap-secrets\0", 35));
+    QCOMPARE(ras.GetRasConnections().value(1).entryName, QString());
+    write(QStringLiteral("proc/4712/cmdline"), QByteArray("/bin/sleep\0call\0provider\0", 25));
+    QCOMPARE(ras.GetRasConnections().value(1).entryName, QString());
   }
 
   void dialAndHangUp() {
