@@ -252,10 +252,22 @@ QString NetworkManagerRemoteAccess::DialEntry(const QString& entry, const RasDia
   if (stored && (params.Telefon != stored->Telefon || params.Benutzer != stored->Benutzer ||
                  params.Passwort != stored->Passwort)) {
     // The program's own dial data goes into the profile for this session
-    // only; what the user saved in the system stays as it was.
+    // only; what the user saved in the system stays as it was. The update
+    // replaces the setting's secrets, so the others (a SIM's PIN) go along.
     NMProfileProxy proxy(kService, profile->path, bus_);
     proxy.setTimeout(kDialTimeoutMs);
-    QDBusPendingReply<> updated = proxy.UpdateUnsaved(BuildDialParams(params, profile->settings));
+    NMSettings settings = profile->settings;
+    QDBusPendingReply<NMSettings> secrets = proxy.GetSecrets(DialSetting(settings));
+    secrets.waitForFinished();
+    if (!secrets.isError()) {
+      const NMSettings stored = secrets.value();
+      for (auto setting = stored.begin(); setting != stored.end(); ++setting) {
+        for (auto key = setting->begin(); key != setting->end(); ++key) {
+          settings[setting.key()].insert(key.key(), key.value());
+        }
+      }
+    }
+    QDBusPendingReply<> updated = proxy.UpdateUnsaved(BuildDialParams(params, settings));
     updated.waitForFinished();
   }
   manager_->setTimeout(kDialTimeoutMs);

@@ -98,10 +98,15 @@ class TestNetworkManager : public QObject {
     Call(mobil_, kMock, QStringLiteral("AddMethod"),
          {QStringLiteral("org.freedesktop.NetworkManager.Settings.Connection"), QStringLiteral("GetSecrets"),
           QStringLiteral("s"), QStringLiteral("a{sa{sv}}"),
-          QStringLiteral("ret = {args[0]: {'password': 'geheim'}}")});
+          QStringLiteral("ret = {args[0]: {'password': 'geheim', 'pin': '1234'}}")});
+    // What the program hands over for the session is kept to be looked at.
     Call(mobil_, kMock, QStringLiteral("AddMethod"),
          {QStringLiteral("org.freedesktop.NetworkManager.Settings.Connection"),
-          QStringLiteral("UpdateUnsaved"), QStringLiteral("a{sa{sv}}"), QString(), QString()});
+          QStringLiteral("UpdateUnsaved"), QStringLiteral("a{sa{sv}}"), QString(),
+          QStringLiteral("self.unsaved = args[0]")});
+    Call(mobil_, kMock, QStringLiteral("AddMethod"),
+         {kMock, QStringLiteral("Unsaved"), QString(), QStringLiteral("a{sa{sv}}"),
+          QStringLiteral("ret = self.unsaved")});
     ras_ = std::make_unique<NetworkManagerRemoteAccess>(*connection_);
   }
 
@@ -213,6 +218,24 @@ class TestNetworkManager : public QObject {
          {device_, active});
     QTRY_COMPARE(changed.count(), 2);
     QVERIFY(ras_->GetRasConnections().isEmpty());
+  }
+
+  void ownDialDataGoesIntoTheProfileForTheSession() {
+    RasDialParams own = *ras_->GetDialParams(QStringLiteral("Mobil"));
+    own.Benutzer = QStringLiteral("selbst");
+    own.Passwort = QStringLiteral("eigenes");
+    const QString handle = ras_->DialEntry(QStringLiteral("Mobil"), own);
+    QVERIFY(!handle.isEmpty());
+    const NMSettings unsaved =
+        qdbus_cast<NMSettings>(Call(mobil_, kMock, QStringLiteral("Unsaved")).arguments().value(0));
+    const QVariantMap gsm = unsaved.value(QStringLiteral("gsm"));
+    QCOMPARE(gsm.value(QStringLiteral("username")).toString(), QStringLiteral("selbst"));
+    QCOMPARE(gsm.value(QStringLiteral("password")).toString(), QStringLiteral("eigenes"));
+    QCOMPARE(gsm.value(QStringLiteral("pin")).toString(), QStringLiteral("1234"));
+    QCOMPARE(gsm.value(QStringLiteral("number")).toString(), QStringLiteral("*99#"));
+    QCOMPARE(unsaved.value(QStringLiteral("connection")).value(QStringLiteral("id")).toString(),
+             QStringLiteral("Mobil"));
+    QVERIFY(ras_->HangUp(handle));
   }
 
   void aServiceThatHangsCostsAMoment() {
