@@ -42,27 +42,63 @@ ProbesModemManager::~ProbesModemManager() { Close(); }
 
 bool ProbesModemManager::Open() {
   Close();
-  const QString modem = FirstModem();
-  if (modem.isEmpty()) {
+  const std::optional<QString> modem = FirstModem();
+  if (!modem) {
     return false;
   }
   open_ = true;
-  Watch(modem);
+  WatchObjects(true);
+  Watch(*modem);
   return true;
 }
 
 void ProbesModemManager::Close() {
+  if (open_) {
+    WatchObjects(false);
+  }
   open_ = false;
   Watch(QString());
 }
 
-QString ProbesModemManager::FirstModem() const {
+void ProbesModemManager::WatchObjects(bool on) {
+  const QString objectManager = QStringLiteral("org.freedesktop.DBus.ObjectManager");
+  const char* slot = SLOT(OnObjectsChanged(QDBusMessage));
+  for (const QString& signal : {QStringLiteral("InterfacesAdded"), QStringLiteral("InterfacesRemoved")}) {
+    if (on) {
+      bus_.connect(kService, kRoot, objectManager, signal, this, slot);
+    } else {
+      bus_.disconnect(kService, kRoot, objectManager, signal, this, slot);
+    }
+  }
+}
+
+void ProbesModemManager::OnObjectsChanged(const QDBusMessage& message) {
+  const QString path = message.arguments().value(0).value<QDBusObjectPath>().path();
+  if (!open_ || ModemNumber(path) < 0) {
+    return;
+  }
+  if (message.member() == QLatin1String("InterfacesAdded")) {
+    // During a call the line stays where the call is; otherwise the line is
+    // the first modem again, which may be the new one.
+    if (!state_.TapiOnline) {
+      if (const std::optional<QString> first = FirstModem()) {
+        Watch(*first);
+      }
+    }
+  } else if (path == modem_ && message.arguments().value(1).toStringList().contains(kModem)) {
+    // A modem pulled out ends its call.
+    OnTapiCallState(state_, 0, CallState::Idle);
+    Watch(FirstModem().value_or(QString()));
+  }
+}
+
+std::optional<QString> ProbesModemManager::FirstModem() const {
   const QDBusMessage ask =
       QDBusMessage::createMethodCall(kService, kRoot, QStringLiteral("org.freedesktop.DBus.ObjectManager"),
                                      QStringLiteral("GetManagedObjects"));
   const QDBusMessage reply = bus_.call(ask, QDBus::Block, kTimeoutMs);
   if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QLatin1String("a{oa{sa{sv}}}")) {
-    return {};
+    return std::nullopt;
   }
   QString first;
   qlonglong firstNumber = -1;
@@ -124,7 +160,7 @@ void ProbesModemManager::OnServiceGone() {
 void ProbesModemManager::OnServiceBack() {
   // A restarted service numbers its modems anew.
   if (open_) {
-    Watch(FirstModem());
+    Watch(FirstModem().value_or(QString()));
   }
 }
 

@@ -3,7 +3,10 @@
 #include "detection/Probes.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QObject>
+
+#include <optional>
 
 class QDBusServiceWatcher;
 
@@ -14,7 +17,9 @@ struct AppState;
 // The TAPI method's line: the first modem of ModemManager. While the line is
 // open, each change of the modem's state sets TapiOnline as the call state
 // it stands for would. The state the modem is in when the line opens counts
-// for nothing; only changes do.
+// for nothing; only changes do. The line opens whenever the service runs: a
+// stick plugged in later becomes the line when it appears, and one pulled
+// out ends its call.
 class ProbesModemManager final : public QObject, public TapiLine {
   Q_OBJECT
 
@@ -30,9 +35,12 @@ class ProbesModemManager final : public QObject, public TapiLine {
 
  private slots:
   void OnStateChanged(int oldState, int newState, uint reason);
+  void OnObjectsChanged(const QDBusMessage& message);
 
  private:
-  QString FirstModem() const;
+  // Nothing when the service doesn't answer; "" when it has no modem.
+  std::optional<QString> FirstModem() const;
+  void WatchObjects(bool on);
   void Watch(const QString& modem);
   void OnServiceGone();
   void OnServiceBack();

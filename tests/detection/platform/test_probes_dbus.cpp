@@ -47,6 +47,20 @@ class TestProbesDBus : public QObject {
                   QStringLiteral("{'State': <8>}"), QStringLiteral("@a(ssss) []")});
   }
 
+  // The mock's object manager doesn't announce its objects by itself.
+  bool Announce(const QString& path, bool added) {
+    return added ? Gdbus(kModemManager, kModemRoot, QStringLiteral("org.freedesktop.DBus.Mock.EmitSignal"),
+                         {QStringLiteral("org.freedesktop.DBus.ObjectManager"), QStringLiteral("InterfacesAdded"),
+                          QStringLiteral("oa{sa{sv}}"),
+                          QStringLiteral("[<objectpath '%1'>, <@a{sa{sv}} {'%2': {'State': <8>}}>]")
+                              .arg(path, QStringLiteral("org.freedesktop.ModemManager1.Modem"))})
+                 : Gdbus(kModemManager, kModemRoot, QStringLiteral("org.freedesktop.DBus.Mock.EmitSignal"),
+                         {QStringLiteral("org.freedesktop.DBus.ObjectManager"),
+                          QStringLiteral("InterfacesRemoved"), QStringLiteral("oas"),
+                          QStringLiteral("[<objectpath '%1'>, <['%2']>]")
+                              .arg(path, QStringLiteral("org.freedesktop.ModemManager1.Modem"))});
+  }
+
   bool ModemState(const QString& path, int oldState, int newState) {
     return Gdbus(
         kModemManager, path, QStringLiteral("org.freedesktop.DBus.Mock.EmitSignal"),
@@ -94,12 +108,15 @@ class TestProbesDBus : public QObject {
   void firstModemSetsTheLine() {
     AppState state;
     ProbesModemManager line(bus_.connection(), state);
-    QVERIFY(!line.Open());  // no modem yet
-
-    QVERIFY(AddModem(kModem1));
-    QVERIFY(AddModem(kModem0));
+    // The service runs without a modem: the line opens and waits for one.
     QVERIFY(line.Open());
-    QCOMPARE(line.ModemPath(), kModem0);
+    QVERIFY(line.ModemPath().isEmpty());
+    QVERIFY(AddModem(kModem1));
+    QVERIFY(Announce(kModem1, true));
+    QTRY_COMPARE(line.ModemPath(), kModem1);
+    QVERIFY(AddModem(kModem0));
+    QVERIFY(Announce(kModem0, true));
+    QTRY_COMPARE(line.ModemPath(), kModem0);  // the first modem is the line
 
     // The state at opening counts for nothing; changes do.
     QVERIFY(ModemState(kModem0, 8, 10));
@@ -112,6 +129,18 @@ class TestProbesDBus : public QObject {
     QVERIFY(state.TapiOnline);
     QVERIFY(ModemState(kModem0, 11, 9));
     QTRY_VERIFY(!state.TapiOnline);
+
+    // Pulled out during a call: the call ends, the next modem is the line.
+    QVERIFY(ModemState(kModem0, 9, 11));
+    QTRY_VERIFY(state.TapiOnline);
+    QVERIFY(Gdbus(kModemManager, kModemRoot, QStringLiteral("org.freedesktop.DBus.Mock.RemoveObject"),
+                  {kModem0}));
+    QVERIFY(Announce(kModem0, false));
+    QTRY_VERIFY(!state.TapiOnline);
+    QTRY_COMPARE(line.ModemPath(), kModem1);
+    QVERIFY(AddModem(kModem0));  // back again for the tests that follow
+    QVERIFY(Announce(kModem0, true));
+    QTRY_COMPARE(line.ModemPath(), kModem0);
 
     line.Close();
     QVERIFY(ModemState(kModem0, 8, 11));
