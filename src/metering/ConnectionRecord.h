@@ -32,8 +32,7 @@ struct RecordLabels {
 };
 
 // The plain values of a record's eleven lines, in file order, before they are
-// enciphered. Numbers that can't be read become 0, a connection name that
-// can't be taken becomes "Default".
+// enciphered. Numbers that can't be read become 0.
 QList<QByteArray> RecordPlainLines(const RecordLabels& labels);
 
 // "DDMMYYYY-HHMMSS.con" from the start tag and the start time; empty when the

@@ -188,36 +188,6 @@ QByteArray DecryptWithS(QByteArrayView cipher, qint64 s) {
 
 qint32 DeriveS(const QByteArray& passPhrase) { return static_cast<qint32>(DeriveSOf(passPhrase)); }
 
-QByteArray SplitOddEven(const QByteArray& text) {
-  QByteArray result(text.size(), Qt::Uninitialized);
-  SplitInto(text, result.data());
-  return result;
-}
-
-QByteArray MergeOddEven(const QByteArray& text) {
-  QByteArray result(text.size(), Qt::Uninitialized);
-  MergeInto(text, result.data());
-  return result;
-}
-
-QByteArray SqueezeBlanks(const QByteArray& text) {
-  // Moving the part before the first blank to the end, blank by blank, ends
-  // with the part after the last blank followed by everything before it
-  // without its blanks.
-  const qsizetype lastBlank = text.lastIndexOf(' ');
-  if (lastBlank < 0) {
-    return text;
-  }
-  QByteArray result = text.mid(lastBlank + 1);
-  result.reserve(text.size());
-  for (qsizetype i = 0; i < lastBlank; ++i) {
-    if (text[i] != ' ') {
-      result.append(text[i]);
-    }
-  }
-  return result;
-}
-
 QByteArray EncryptText(const QByteArray& text, const QByteArray& passPhrase) {
   return EncryptWithS(text, DeriveSOf(passPhrase));
 }

@@ -17,12 +17,9 @@ QByteArray EncryptField(const QByteArray& value);
 QByteArray EncryptField(qint64 value);
 QByteArray DecryptField(const QByteArray& cipher);
 
-// The pieces of the cipher, public for the tests.
-// DeriveS takes the default for an empty pass phrase and gives -1 when the
-// number would leave the 32-bit range; the cipher then gives an empty result.
+// The number the cipher derives from its pass phrase, public for the tests:
+// the default for an empty pass phrase, -1 when the number would leave the
+// 32-bit range (the cipher then gives an empty result).
 qint32 DeriveS(const QByteArray& passPhrase);
-QByteArray SplitOddEven(const QByteArray& text);
-QByteArray MergeOddEven(const QByteArray& text);
-QByteArray SqueezeBlanks(const QByteArray& text);
 
 }  // namespace minutor
