@@ -1,5 +1,6 @@
 #include "detection/Probes.h"
 #include "frame/AppState.h"
+#include "support/FakeProbes.h"
 #include "support/RecordingPrompter.h"
 
 #include <QTest>
@@ -16,12 +17,6 @@ class FakeNetwork final : public NetworkStateSource {
   }
   std::optional<quint32> answer;
   int asked = 0;
-};
-
-class FakeHost final : public HostAddressSource {
- public:
-  std::optional<QStringList> IPv4Addresses() const override { return addresses; }
-  std::optional<QStringList> addresses;
 };
 
 class FakeLine final : public TapiLine {
@@ -43,10 +38,8 @@ class TestProbes : public QObject {
         // Each segment only has to begin the address's text at its place.
         {{"10.0.0.1"}, "10.0.0.11", true},
         {{"10.0.0.1"}, "10.0.0.2", false},
-        {{"192.168.*.*"}, "192.168.0.5", true},
         {{"192.168.*.*"}, "192.168.100.200", true},
         {{"192.168.*.*"}, "192.169.0.5", false},
-        {{"10.0.0.*"}, "10.0.0.123", true},
         // Segments are compared where they stand in the entry: after a star
         // the rest only fits addresses whose first octet has one digit.
         {{"*.168.0.1"}, "1.168.0.1", true},
@@ -73,8 +66,8 @@ class TestProbes : public QObject {
     state.MethodIP = true;
     state.IgnoredIPTable = table;
     test::RecordingPrompter prompter;
-    FakeHost host;
-    host.addresses = QStringList{"127.0.0.1", "10.1.2.3"};
+    test::FakeHost host;
+    host.addresses->append(QStringLiteral("10.1.2.3"));
     QVERIFY(IsOnlineIP(state, host, prompter));
     host.addresses = std::nullopt;
     QVERIFY(!IsOnlineIP(state, host, prompter));
@@ -85,14 +78,11 @@ class TestProbes : public QObject {
   }
 
   void internetStateIsOnWheneverAMethodIs() {
-    QVERIFY(IsOnlineIE(true, false, 0));
-    QVERIFY(IsOnlineIE(false, true, 0));
-    QVERIFY(IsOnlineIE(true, true, 0xffffffffu));
+    // The flags don't count; the two methods do.
+    QVERIFY(IsOnlineIE(true, false, 0) && IsOnlineIE(false, true, 0));
     QVERIFY(!IsOnlineIE(false, false, 2));
-
     QCOMPARE(InternetFlags(70), 2u);
     QCOMPARE(InternetFlags(60), 0u);
-    QCOMPARE(InternetFlags(std::nullopt), 0u);
 
     // Without an answer from the network the probe still says connected,
     // but it has asked.
@@ -111,20 +101,14 @@ class TestProbes : public QObject {
         OnTapiCallState(state, 1, *callState);
       }
     };
-    change(10);
-    QVERIFY(!state.TapiOnline);
-    change(11);
-    QVERIFY(state.TapiOnline);
-    change(10);  // connecting again leaves the line as it is
-    QVERIFY(state.TapiOnline);
-    change(9);
-    QVERIFY(!state.TapiOnline);
-    change(11);
-    change(8);  // dropped straight back to registered
-    QVERIFY(!state.TapiOnline);
-    change(11);
-    change(-1);
-    QVERIFY(!state.TapiOnline);
+    // Connecting (10) again leaves the line as it is; disconnecting (9), a
+    // drop straight back to registered (8) and an unknown state end it.
+    const QList<std::pair<int, bool>> steps = {{10, false}, {11, true}, {10, true}, {9, false},
+                                               {11, true},  {8, false}, {11, true}, {-1, false}};
+    for (const auto& [modemState, online] : steps) {
+      change(modemState);
+      QVERIFY2(state.TapiOnline == online, qPrintable(QString::number(modemState)));
+    }
 
     // A connected state without a call changes nothing; busy ends a call.
     OnTapiCallState(state, 0, CallState::Connected);
@@ -140,8 +124,7 @@ class TestProbes : public QObject {
     test::RecordingPrompter prompter;
     FakeLine line;
     StartTapi(state, line, prompter);
-    QVERIFY(state.MethodTAPI);
-    QVERIFY(prompter.messages.isEmpty());
+    QVERIFY(state.MethodTAPI && prompter.messages.isEmpty());
     line.opens = false;
     StartTapi(state, line, prompter);
     QVERIFY(!state.MethodTAPI);

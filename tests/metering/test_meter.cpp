@@ -11,10 +11,8 @@
 #include "support/TempDataDir.h"
 #include "tariffs/TariffText.h"
 
-#include <QRandomGenerator>
 #include <QTest>
 
-#include <cmath>
 #include <functional>
 
 using namespace minutor;
@@ -28,13 +26,14 @@ class Hooks final : public MeterHooks {
  public:
   QStringList calls;
   QString caption;
-  QString connectionName = QStringLiteral("unbekannt");
-  QString tariffOfEntry;
+  std::function<void(DetectedConnection&)> detect;
   std::function<void()> connectionEnd;
 
   void DetectConnection(DetectedConnection& connection) override {
     calls << QStringLiteral("DetectConnection");
-    connection.name = connectionName;
+    if (detect) {
+      detect(connection);
+    }
   }
   void GetTimeLimit() override { calls << QStringLiteral("GetTimeLimit"); }
   void LaunchPrograms() override { calls << QStringLiteral("LaunchPrograms"); }
@@ -58,7 +57,7 @@ class Hooks final : public MeterHooks {
   void ConnectionSaved() override { calls << QStringLiteral("ConnectionSaved"); }
   void RecordingStopped() override { calls << QStringLiteral("RecordingStopped"); }
 
-  int count(const QString& call) const { return static_cast<int>(calls.count(call)); }
+  int count(const char* call) const { return static_cast<int>(calls.count(QString::fromLatin1(call))); }
 };
 
 // Counters that the test sets; nothing until it does.
@@ -101,6 +100,7 @@ struct Recording {
 
 QString Euro(const char* amount) { return Local(QString::fromLatin1(amount)) + QStringLiteral(" €"); }
 QString Bracket(const char* amount) { return QStringLiteral("0 (") + Euro(amount) + QLatin1Char(')'); }
+QString Bytes(double count) { return QLocale().toString(count, 'f', 0) + QStringLiteral(" Bytes"); }
 
 }  // namespace
 
@@ -110,19 +110,17 @@ class TestMeter : public QObject {
 
   test::TempDataDir data;
 
-  QString timeTariff(const QString& name, const QByteArray& takt, const QByteArray& fee,
-                     const QList<QList<QByteArray>>& zones) {
-    QList<QByteArray> lines = test::TimeHead(takt, fee);
-    for (const auto& zone : zones) {
-      lines += zone;
-    }
-    data.write(QStringLiteral("Tarife/") + name, test::Crlf(lines));
+  // A time tariff; without zones 6 cents a minute all day.
+  QString timeTariff(const QString& name, const QByteArray& takt = "60/60", const QByteArray& fee = "0",
+                     const QList<QByteArray>& zones = test::Zone(0, 24, "6", false)) {
+    data.write(QStringLiteral("Tarife/") + name, test::Crlf(test::TimeHead(takt, fee) + zones));
     return name;
   }
 
-  QString volumeTariff(const QString& name, const QByteArray& price, const QByteArray& unitMB) {
+  // A volume tariff at 10 cents a unit with a fee of 5 cents.
+  QString volumeTariff(const QString& name, const QByteArray& unitMB) {
     data.write(QStringLiteral("Tarife/") + name,
-               test::Crlf({"[Providerdaten]", "Volumenabrechnung:Ja", "Volumenkosten:" + price,
+               test::Crlf({"[Providerdaten]", "Volumenabrechnung:Ja", "Volumenkosten:10",
                            "Volumeneinheit:" + unitMB, "Gespr\344chsgrundgeb\374hr:5"}));
     return name;
   }
@@ -133,33 +131,24 @@ class TestMeter : public QObject {
 
  private slots:
   void theWorkedExampleOfATimeTariff() {
-    const QString file =
-        timeTariff(QStringLiteral("Takt - Minute.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
-    Recording r(data, file, At(1, 10, 0, 0));
-    r.hooks.connectionName = QStringLiteral("Modem");
+    Recording r(data, timeTariff(QStringLiteral("Takt - Minute.tel")), At(1, 10, 0, 0));
+    r.hooks.detect = [](DetectedConnection& c) { c.name = QStringLiteral("Modem"); };
     r.start();
     QCOMPARE(r["lblKosten"], Euro("0.060"));
     QCOMPARE(r["lblEinheiten"], QStringLiteral("1 (59s)"));
-    QCOMPARE(r["lblDauer"], QStringLiteral("00:00:01"));
     QCOMPARE(r["lblRestFrei"], QStringLiteral("keine"));
-    QCOMPARE(r["lblEinheit"], QStringLiteral("60s"));
-    QCOMPARE(r["lblEuroProMinute"], Euro("0.060"));
     QCOMPARE(r.hooks.caption, Euro("0.060") + QStringLiteral(" | 00:00:01 | 0.0 | unbekannt"));
-    QVERIFY(r.state.RecordingActive);
 
     r.tickTo(60);
     QCOMPARE(r["lblKosten"], Euro("0.060"));
     QCOMPARE(r["lblEinheiten"], QStringLiteral("2 (60s)"));
     r.tickTo(61);
     QCOMPARE(r["lblKosten"], Euro("0.120"));
-    QCOMPARE(r["lblDauer"], QStringLiteral("00:01:01"));
-    r.tickTo(120);
-    QCOMPARE(r["lblKosten"], Euro("0.120"));
     r.tickTo(121);
     QCOMPARE(r["lblKosten"], Euro("0.180"));
     QCOMPARE(r["lblEinheiten"], QStringLiteral("3 (59s)"));
     // The first tick asks for the budget, and so does every real charge.
-    QCOMPARE(r.hooks.count(QStringLiteral("CheckBudget")), 3);
+    QCOMPARE(r.hooks.count("CheckBudget"), 3);
 
     r.meter.Counter_Stop();
     QVERIFY(!r.state.RecordingActive);
@@ -176,83 +165,55 @@ class TestMeter : public QObject {
     r.meter.Tick();
     r.meter.Counter_Stop();
     QCOMPARE(r.meter.TickCount(), 121);
-    QCOMPARE(r.hooks.count(QStringLiteral("RecordingStopped")), 1);
+    QCOMPARE(r.hooks.count("RecordingStopped"), 1);
   }
 
   void freeTimeShowsAndLosesTheShadowCost() {
-    const QString file =
-        timeTariff(QStringLiteral("Takt - Frei.tel"), "60/60", "5", {test::Zone(0, 24, "6", false)});
-    Recording r(data, file, At(2, 9));
-    r.state.Restfrei = QStringLiteral("00:01:00");
+    // Two free minutes: the fee and the opening unit show in brackets, the
+    // unit of the second minute goes to the shadow cost and is lost, and the
+    // first unit after the free time is real.
+    Recording r(data, timeTariff(QStringLiteral("Takt - Frei.tel"), "60/60", "5"), At(2, 10));
+    r.state.Restfrei = QStringLiteral("00:02:00");
     r.start();
-    QCOMPARE(r["lblRestFrei"], QStringLiteral("00:00:59"));
-    QCOMPARE(r["lblKosten"], Bracket("0.110"));  // the fee and the opening unit, in brackets
-    r.tickTo(60);
-    QCOMPARE(r["lblRestFrei"], QStringLiteral("00:00:00"));
+    QCOMPARE(r["lblRestFrei"], QStringLiteral("00:01:59"));
     QCOMPARE(r["lblKosten"], Bracket("0.110"));
-    QCOMPARE(r.hooks.count(QStringLiteral("CheckBudget")), 1);
-    r.meter.Counter_Stop();
-    // Stopped within the free time: the record's cost is 0.
-    QCOMPARE(record(QStringLiteral("02012024-090000.con")).value(3), "S" + Local("0.00").toLatin1());
-
-    // Two free minutes: the unit of the second minute goes to the shadow cost
-    // and is lost; the first unit after the free time is real.
-    Recording longer(data, file, At(2, 10));
-    longer.state.Restfrei = QStringLiteral("00:02:00");
-    longer.start();
-    longer.tickTo(61);
-    QCOMPARE(longer["lblKosten"], Bracket("0.170"));
-    longer.tickTo(120);
-    QCOMPARE(longer["lblKosten"], Bracket("0.170"));
-    longer.tickTo(121);
-    QCOMPARE(longer["lblRestFrei"], QStringLiteral("-00:00:01"));
+    r.tickTo(61);
+    QCOMPARE(r["lblKosten"], Bracket("0.170"));
+    r.tickTo(120);
+    QCOMPARE(r["lblRestFrei"], QStringLiteral("00:00:00"));
+    QCOMPARE(r["lblKosten"], Bracket("0.170"));
+    QCOMPARE(r.hooks.count("CheckBudget"), 1);
+    r.tickTo(121);
+    QCOMPARE(r["lblRestFrei"], QStringLiteral("-00:00:01"));
     // Without the free time it would be 0.230.
-    QCOMPARE(longer["lblKosten"], Euro("0.170"));
+    QCOMPARE(r["lblKosten"], Euro("0.170"));
   }
 
   void shortUnits() {
-    const QString second =
-        timeTariff(QStringLiteral("Takt - Sekunde.tel"), "1/1", "0", {test::Zone(0, 24, "6", false)});
-    Recording r(data, second, At(3, 10));
-    r.start();
-    QCOMPARE(r["lblEinheiten"], QStringLiteral("sek.genau"));
-    QCOMPARE(r["lblEinheit"], QStringLiteral("60s"));
-    QCOMPARE(r["lblEuroProMinute"], Euro("0.060"));
-    r.tickTo(10);
-    QCOMPARE(r["lblKosten"], Euro("0.010"));
-    QCOMPARE(r["lblEinheiten"], QStringLiteral("sek.genau"));
-    r.meter.Counter_Stop();
-
     // A first unit of a minute costs one second's price and shows as units
-    // until it has run out.
-    const QString minuteThenSeconds =
-        timeTariff(QStringLiteral("Takt - Erste Minute.tel"), "60/1", "0", {test::Zone(0, 24, "6", false)});
-    Recording s(data, minuteThenSeconds, At(3, 11));
-    s.start();
-    QCOMPARE(s["lblKosten"], Euro("0.001"));
-    QCOMPARE(s["lblEinheiten"], QStringLiteral("1 (59s)"));
-    s.tickTo(60);
-    QCOMPARE(s["lblEinheiten"], QStringLiteral("2 (1s)"));
-    QCOMPARE(s["lblKosten"], Euro("0.001"));
-    s.tickTo(61);
-    QCOMPARE(s["lblEinheiten"], QStringLiteral("sek.genau"));
-    s.tickTo(71);
-    QCOMPARE(s["lblKosten"], Euro("0.012"));
+    // until it has run out; then every second is charged.
+    Recording r(data, timeTariff(QStringLiteral("Takt - Erste Minute.tel"), "60/1"), At(3, 11));
+    r.start();
+    QCOMPARE(r["lblKosten"], Euro("0.001"));
+    QCOMPARE(r["lblEinheiten"], QStringLiteral("1 (59s)"));
+    r.tickTo(60);
+    QCOMPARE(r["lblEinheiten"], QStringLiteral("2 (1s)"));
+    r.tickTo(61);
+    QCOMPARE(r["lblEinheiten"], QStringLiteral("sek.genau"));
+    r.tickTo(71);
+    QCOMPARE(r["lblKosten"], Euro("0.012"));
   }
 
   void theNewHourBringsTheNewPrice() {
     const QString file = timeTariff(QStringLiteral("Takt - Abend.tel"), "60/60", "0",
-                                    {test::Zone(0, 18, "6", false), test::Zone(18, 24, "12", false)});
+                                    test::Zone(0, 18, "6", false) + test::Zone(18, 24, "12", false));
     Recording r(data, file, At(1, 17, 59, 59));
     r.start();
     // An edit counts from the next hour on, as the file is read then.
-    timeTariff(file, "60/60", "0", {test::Zone(0, 18, "6", false), test::Zone(18, 24, "18", false)});
-    r.tickTo(2);  // 18:00:00
-    QCOMPARE(r.meter.Fields().Einheitspreis, 0.18f);
+    timeTariff(file, "60/60", "0", test::Zone(0, 18, "6", false) + test::Zone(18, 24, "18", false));
     r.tickTo(61);
     QCOMPARE(r["lblKosten"], Euro("0.240"));
     QCOMPARE(r["lblEuroProMinute"], Euro("0.060"));
-    QCOMPARE(r.meter.Fields().Tarifpreis, 6.0f);
 
     // A connection into a new day and month: the day change runs once, the
     // record keeps the start date.
@@ -260,10 +221,8 @@ class TestMeter : public QObject {
     night.state.DayLimitOn = true;
     night.start();
     night.tickTo(5);
-    QCOMPARE(night.hooks.count(QStringLiteral("GetNewBudget month")), 1);
-    QCOMPARE(night.hooks.count(QStringLiteral("GetNewBudget")), 0);
-    QCOMPARE(night.hooks.count(QStringLiteral("GetTimeLimit")), 1);
-    QCOMPARE(night.hooks.count(QStringLiteral("CheckDayLimit")), 5);
+    QCOMPARE(night.hooks.count("GetNewBudget month"), 1);
+    QCOMPARE(night.hooks.count("GetNewBudget"), 0);
     night.meter.Counter_Stop();
     QCOMPARE(record(QStringLiteral("31012024-235958.con")).value(0), QByteArray("S31.01.2024"));
   }
@@ -274,11 +233,9 @@ class TestMeter : public QObject {
     missing.tickTo(90);
     QCOMPARE(missing["lblEinheiten"], QStringLiteral("sek.genau"));
     QCOMPARE(missing["lblKosten"], Euro("0.000"));
-    QCOMPARE(missing["lblDauer"], QStringLiteral("00:01:30"));
 
     // Deleted during the recording: the next hour's price is 0, time goes on.
-    const QString file =
-        timeTariff(QStringLiteral("Weg - Bald.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
+    const QString file = timeTariff(QStringLiteral("Weg - Bald.tel"));
     Recording r(data, file, At(4, 10, 59, 30));
     r.start();
     QVERIFY(data.dir().Remove(QStringLiteral("Tarife/") + file));
@@ -287,21 +244,15 @@ class TestMeter : public QObject {
     QCOMPARE(r["lblEinheiten"], QStringLiteral("4 (59s)"));
     QCOMPARE(r["lblDauer"], QStringLiteral("00:03:01"));
 
-    // Damaged files: the meter runs on with whatever the peeks make of them.
-    QByteArray binary(64 * 1024, '\0');
-    QRandomGenerator random(7);
-    for (char& byte : binary) {
-      byte = static_cast<char>(random.bounded(256));
-    }
+    // Values no tariff should have: the meter runs on with whatever the peeks
+    // make of them.
     const QByteArray digits(100000, '9');
     const QList<QByteArray> damaged = {
-        binary,
         test::Crlf({"Takt:" + digits + "/" + digits, "Gespr\344chsgrundgeb\374hr:" + digits, "[Tarifzonen]",
                     "Zone:x", "Von:0", "Bis:24", "Pfennig:" + digits, "Einheit:60", "Wochenende:Nein"}),
         test::Crlf({"Takt:-60/-0,5", "[Tarifzonen]", "Zone:x", "Von:0", "Bis:24", "Pfennig:-6", "Einheit:60",
                     "Wochenende:Nein"}),
-        test::Crlf({"Volumenabrechnung:Ja", "Volumenkosten:" + digits, "Volumeneinheit:" + digits}),
-        test::Crlf({"Volumenabrechnung:Ja", "Volumenkosten:-5", "Volumeneinheit:-1"})};
+        test::Crlf({"Volumenabrechnung:Ja", "Volumenkosten:" + digits, "Volumeneinheit:" + digits})};
     for (const QByteArray& content : damaged) {
       data.write(QStringLiteral("Tarife/Kaputt - Datei.tel"), content);
       Recording k(data, QStringLiteral("Kaputt - Datei.tel"), At(4, 11, 59, 58));
@@ -317,28 +268,24 @@ class TestMeter : public QObject {
   void volumeUnitsFollowTheTraffic() {
     // No unit size: a flat rate, whatever the traffic; the cost label keeps
     // the text it had.
-    Recording flat(data, volumeTariff(QStringLiteral("Volumen - Flat.tel"), "10", "0"), At(5, 10));
+    Recording flat(data, volumeTariff(QStringLiteral("Volumen - Flat.tel"), "0"), At(5, 10));
     flat.traffic.set(2000000, 1000000);
     flat.start();
     flat.tickTo(3);
     QCOMPARE(flat["lblEinheiten"], QStringLiteral("Flatrate"));
     QCOMPARE(flat["lblKosten"], QString());
     QCOMPARE(flat["lblRestFrei"], QStringLiteral("keiner"));
-    QCOMPARE(flat["lblRestFreiCaption"], QStringLiteral("Restfreitransfer:"));
-    QCOMPARE(flat["lblBytesInOut"], QLocale().toString(3000000) + QStringLiteral(" Bytes"));
     flat.meter.Counter_Stop();
     QCOMPARE(LoadPrerun(data.dir(), QStringLiteral("Volumen - Flat.tel")), 0.0f);
 
     // Half a paid unit carried over: nothing is charged until it is used up.
-    const QString file = volumeTariff(QStringLiteral("Volumen - Mega.tel"), "10", "1");
+    const QString file = volumeTariff(QStringLiteral("Volumen - Mega.tel"), "1");
     SavePrerun(data.dir(), file, 500);
     Recording r(data, file, At(5, 11));
     r.state.KanalbuendelungAktiv = true;
     r.start();
-    QCOMPARE(r.meter.Fields().VolumenVortrag, 500.0f);
     QCOMPARE(r["lblEinheiten"], QStringLiteral("Flatrate"));  // no traffic yet
     QCOMPARE(r["lblEinheit"], QStringLiteral("1MB"));
-    QCOMPARE(r["lblEuroProMinute"], Euro("0.100"));
     r.traffic.set(499999, 0);
     r.tickTo(2);
     QCOMPARE(r["lblEinheiten"], QStringLiteral("0 (0KB)"));
@@ -347,29 +294,23 @@ class TestMeter : public QObject {
     r.tickTo(3);
     QCOMPARE(r["lblEinheiten"], QStringLiteral("1 (1000KB)"));
     QCOMPARE(r["lblKosten"], Euro("0.200"));  // a unit counts once, bundled or not
-
     r.meter.Counter_Stop();
     QCOMPARE(LoadPrerun(data.dir(), file), r.meter.Fields().EinheitRest);
-    QVERIFY(std::fabs(LoadPrerun(data.dir(), file) - 999.999f) < 0.001f);
 
     // Three and a half units in one second are charged one a tick.
-    Recording fast(data, volumeTariff(QStringLiteral("Volumen - Schnell.tel"), "10", "1"), At(5, 12));
+    Recording fast(data, volumeTariff(QStringLiteral("Volumen - Schnell.tel"), "1"), At(5, 12));
     fast.traffic.set(3500000, 0);
     fast.start();
-    fast.tickTo(3);
-    QCOMPARE(fast.meter.Fields().Einheiten, 3);
-    QVERIFY(fast.meter.Fields().EinheitRest <= 0);
     fast.tickTo(4);
     QCOMPARE(fast["lblEinheiten"], QStringLiteral("4 (500KB)"));
     QCOMPARE(fast["lblKosten"], Euro("0.450"));
     fast.tickTo(6);
-    QCOMPARE(fast.meter.Fields().Einheiten, 4);
-    QCOMPARE(fast.hooks.count(QStringLiteral("CheckBudget")), 1 + 4);
+    QCOMPARE(fast.hooks.count("CheckBudget"), 1 + 4);
     fast.meter.Counter_Stop();
     QCOMPARE(LoadPrerun(data.dir(), QStringLiteral("Volumen - Schnell.tel")), 500.0f);
 
     // Free transfer: units go to the shadow cost while it lasts.
-    Recording free(data, volumeTariff(QStringLiteral("Volumen - Frei.tel"), "10", "1"), At(5, 13));
+    Recording free(data, volumeTariff(QStringLiteral("Volumen - Frei.tel"), "1"), At(5, 13));
     free.state.Restfrei = QStringLiteral("1");
     free.traffic.set(500000, 0);
     free.start();
@@ -384,63 +325,42 @@ class TestMeter : public QObject {
   }
 
   void trafficLabels() {
-    const QString file =
-        timeTariff(QStringLiteral("Takt - Verkehr.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
-    Recording r(data, file, At(1, 8));
-    QCOMPARE(r["lblBytesIn"], QStringLiteral("0 Bytes"));
-    r.start();
-    QCOMPARE(r["lblBytesIn"], QStringLiteral("unbekannt"));
-    QCOMPARE(r["lblBytesInPerSecond"], QStringLiteral("0.0"));
-    r.traffic.set(1234, 1);
-    r.tickTo(2);
-    QCOMPARE(r["lblBytesIn"], QLocale().toString(1234) + QStringLiteral(" Bytes"));
-    QCOMPARE(r["lblBytesOut"], QStringLiteral("1 Bytes"));
-    QCOMPARE(r["lblBytesInPerSecond"], Local(QStringLiteral("1.2")));
-    QCOMPARE(r["lblBytesInOutPerSecond"], Local(QStringLiteral("1.2")));
-    r.traffic.set(1000, 1);  // a counter that was reset: the labels stand still
-    r.tickTo(3);
-    QCOMPARE(r["lblBytesIn"], QLocale().toString(1234) + QStringLiteral(" Bytes"));
-    r.traffic.set(2000, 1000);
-    r.tickTo(4);
-    QCOMPARE(r["lblBytesInOut"], QLocale().toString(3000) + QStringLiteral(" Bytes"));
-    QCOMPARE(r.hooks.caption, Euro("0.060") + QStringLiteral(" | 00:00:04 | ") +
-                                  Local(QStringLiteral("2.0")) + QStringLiteral(" | ") + r["lblBytesInOut"]);
-    r.meter.Counter_Stop();
-    QCOMPARE(record(QStringLiteral("01012024-080000.con")).mid(5, 3),
-             (QList<QByteArray>{"2000", "1000", "3000"}));
-  }
-
-  void trafficThatCantBeRead() {
-    const QString file =
-        timeTariff(QStringLiteral("Takt - Ohne Zähler.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
-    Recording r(data, file, At(1, 9));
+    Recording r(data, timeTariff(QStringLiteral("Takt - Verkehr.tel")), At(1, 8));
     // The values of the last recording don't show for a connection that
     // isn't counted.
     r.state.BytesIn = r.state.BytesTotal = 5000;
     r.start();
     QCOMPARE(r["lblBytesInOut"], QStringLiteral("unbekannt"));
     QCOMPARE(r.state.BytesTotal, 0.0);
-    // Beyond 32 bits; then the interface goes, and comes back counting anew.
-    const QString shown = QLocale().toString(6e9, 'f', 0) + QStringLiteral(" Bytes");
-    r.traffic.set(4e9, 2e9);
+    r.traffic.set(1234, 1000);
     r.tickTo(2);
-    QCOMPARE(r["lblBytesInOut"], shown);
-    r.traffic.now.reset();
+    QCOMPARE(r["lblBytesIn"], Bytes(1234));
+    QCOMPARE(r["lblBytesOut"], Bytes(1000));
+    QCOMPARE(r["lblBytesInPerSecond"], Local(QStringLiteral("1.2")));
+    QCOMPARE(r.hooks.caption, Euro("0.060") + QStringLiteral(" | 00:00:02 | ") +
+                                  Local(QStringLiteral("2.2")) + QStringLiteral(" | ") + Bytes(2234));
+    // Beyond 32 bits; then the interface goes, and comes back counting anew:
+    // the labels stand still until the counter has caught up.
+    r.traffic.set(4e9, 2e9);
     r.tickTo(3);
-    QCOMPARE(r["lblBytesInOut"], shown);
-    QCOMPARE(r["lblBytesInPerSecond"], Local(QStringLiteral("4000000.0")));
-    r.traffic.set(3e9, 2e9);
+    QCOMPARE(r["lblBytesInOut"], Bytes(6e9));
+    r.traffic.now.reset();
     r.tickTo(4);
-    QCOMPARE(r["lblBytesInOut"], shown);
-    r.traffic.set(4e9, 2e9 + 1);
+    QCOMPARE(r["lblBytesInOut"], Bytes(6e9));
+    r.traffic.set(3e9, 2e9);
     r.tickTo(5);
-    QCOMPARE(r["lblBytesInOut"], QLocale().toString(6e9 + 1, 'f', 0) + QStringLiteral(" Bytes"));
+    QCOMPARE(r["lblBytesInOut"], Bytes(6e9));
+    r.traffic.set(4e9, 2e9 + 1);
+    r.tickTo(6);
+    QCOMPARE(r["lblBytesInOut"], Bytes(6e9 + 1));
     QCOMPARE(r["lblBytesOutPerSecond"], Local(QStringLiteral("0.0")));
+    r.meter.Counter_Stop();
+    QCOMPARE(record(QStringLiteral("01012024-080000.con")).mid(5, 3),
+             (QList<QByteArray>{"4000000000", "2000000001", "6000000001"}));
   }
 
   void stopsFromInsideATick() {
-    const QString file =
-        timeTariff(QStringLiteral("Takt - Ende.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
+    const QString file = timeTariff(QStringLiteral("Takt - Ende.tel"));
     Recording r(data, file, At(1, 7));
     r.state.MonthLimitOn = true;
     r.state.DialedByProgram = true;
@@ -452,12 +372,13 @@ class TestMeter : public QObject {
     r.start();
     r.tickTo(10);
     QCOMPARE(r.meter.TickCount(), 5);
-    QVERIFY(!r.meter.IsRecording());
     QVERIFY(!r.state.DialedByProgram);
     // The tick that stopped ran to its end.
-    QCOMPARE(r.hooks.count(QStringLiteral("CheckMonthLimit")), 5);
+    QCOMPARE(r.hooks.count("CheckMonthLimit"), 5);
     QCOMPARE(r.hooks.calls.last(), QStringLiteral("CheckMonthLimit"));
     QCOMPARE(record(QStringLiteral("01012024-070000.con")).value(2), QByteArray("00:00:05"));
+    // The month limit alone doesn't ask for the time left.
+    QCOMPARE(r.hooks.count("GetTimeLimit"), 0);
 
     // A stop before the first tick: nothing ticks afterwards.
     Recording early(data, file, At(1, 7, 30));
@@ -469,68 +390,42 @@ class TestMeter : public QObject {
   }
 
   void callsOutInTheirOrder() {
-    const QString file =
-        timeTariff(QStringLiteral("Takt - Folge.tel"), "60/60", "0", {test::Zone(0, 24, "6", false)});
-    Recording plain(data, file, At(1, 6));
-    plain.meter.Counter_Start();
-    QCOMPARE(plain.hooks.calls,
-             (QStringList{"DetectConnection", "LaunchPrograms", "GetBudget", "StartTimerStarter"}));
-    QCOMPARE(plain.meter.TickCount(), 0);
-
+    const QString file = timeTariff(QStringLiteral("Takt - Folge.tel"));
     Recording r(data, QStringLiteral("Ab"), At(1, 6, 30));
     r.state.DayLimitOn = true;
     // The tariff of the dial-up entry takes the place of the chosen one.
-    struct EntryTariff final : public MeterHooks {
-      QStringList calls;
-      void DetectConnection(DetectedConnection& c) override {
-        c.name = QStringLiteral("Arcor");
-        c.device = QStringLiteral("ISDN");
-        c.handle = 7;
-        state->AktuellerTarif = QStringLiteral("Takt - Folge.tel");
-      }
-      void GetTimeLimit() override { calls << QStringLiteral("GetTimeLimit"); }
-      void StartServices() override { calls << QStringLiteral("StartServices"); }
-      void ShowSmallWindow() override { calls << QStringLiteral("ShowSmallWindow"); }
-      void UpdateSmallWindow() override { calls << QStringLiteral("UpdateSmallWindow"); }
-      AppState* state = nullptr;
-    } hooks;
-    hooks.state = &r.state;
-    Meter meter(r.services, r.traffic, hooks);
-    meter.SetTimeSyncPending(true);
-    meter.SetKleinesFenster(true);
-    meter.Counter_Start();
-    meter.TimerStarterTick();
-    QCOMPARE(hooks.calls,
-             (QStringList{"GetTimeLimit", "StartServices", "ShowSmallWindow", "UpdateSmallWindow"}));
-    QCOMPARE(meter.Labels().lblTarifnameTag, QStringLiteral("Takt - Folge.tel"));
-    QCOMPARE(meter.Labels().lblConnectionSpeed, QStringLiteral("ISDN"));
-    QCOMPARE(meter.Fields().ConnectionHandle, 7);
-    QCOMPARE(meter.Labels().lblKosten, Euro("0.060"));
+    r.hooks.detect = [&](DetectedConnection& c) {
+      c = {QStringLiteral("Arcor"), QStringLiteral("ISDN"), 7};
+      r.state.AktuellerTarif = file;
+    };
+    r.meter.SetTimeSyncPending(true);
+    r.meter.SetKleinesFenster(true);
+    r.meter.Counter_Start();
+    QCOMPARE(r.hooks.calls, (QStringList{"DetectConnection", "GetTimeLimit", "LaunchPrograms", "GetBudget",
+                                         "StartServices", "ShowSmallWindow", "StartTimerStarter"}));
+    QCOMPARE(r.meter.TickCount(), 0);
+    r.meter.TimerStarterTick();
+    QCOMPARE(r.hooks.calls.mid(7), (QStringList{"UpdateSmallWindow", "CheckDayLimit", "CheckBudget"}));
+    QCOMPARE(r["lblConnectionSpeed"], QStringLiteral("ISDN"));
+    QCOMPARE(r.meter.Fields().ConnectionHandle, 7);
+    QCOMPARE(r["lblKosten"], Euro("0.060"));
   }
 
   void bundlingCountsFromTheNextUnit() {
-    const QString file =
-        timeTariff(QStringLiteral("Takt - Doppelt.tel"), "60/60", "10", {test::Zone(0, 24, "6", false)});
-    Recording r(data, file, At(1, 5));
+    Recording r(data, timeTariff(QStringLiteral("Takt - Doppelt.tel"), "60/60", "10"), At(1, 5));
     r.state.KanalbuendelungAktiv = true;
     r.start();
     QCOMPARE(r["lblKosten"], Euro("0.320"));
     r.meter.SetKanalbuendelung(false);
-    QVERIFY(!r.state.KanalbuendelungAktiv);
     r.tickTo(61);
     QCOMPARE(r["lblKosten"], Euro("0.380"));
   }
 
   void damagedCarryOverReadsAsFarAsItIsANumber() {
     const QString tariff = QStringLiteral("Volumen - Kaputt.tel");
-    const QList<std::pair<QByteArray, float>> cases = {
-        {"", 0.0f},
-        {"abc", 0.0f},
-        {" 12,5 ", 12.5f},
-        {"7.25", 7.25f},
-        {"\xff\xfe\x01", 0.0f},
-        {"-3", -3.0f},
-        {QByteArray(5000, '9'), std::numeric_limits<float>::infinity()}};
+    const QList<std::pair<QByteArray, float>> cases = {{"abc", 0.0f},   {" 12,5 ", 12.5f},
+                                                       {"7.25", 7.25f}, {"\xff\xfe\x01", 0.0f},
+                                                       {"-3", -3.0f},   {QByteArray(5000, '9'), qInf()}};
     for (const auto& [content, expected] : cases) {
       data.write(QStringLiteral("Prerun/VOLUMEN - kaputt.DAT"), content + "\r\nnoch eine Zeile\r\n");
       QCOMPARE(LoadPrerun(data.dir(), tariff), expected);
@@ -538,8 +433,7 @@ class TestMeter : public QObject {
     QCOMPARE(LoadPrerun(data.dir(), QStringLiteral("Volumen - Keiner.tel")), 0.0f);
 
     // A carry-over too large to be used up: no unit is ever charged.
-    volumeTariff(tariff, "10", "1");
-    data.write(QStringLiteral("Prerun/VOLUMEN - kaputt.DAT"), QByteArray(5000, '9'));
+    volumeTariff(tariff, "1");
     Recording r(data, tariff, At(1, 4));
     r.traffic.set(5000000, 0);
     r.start();

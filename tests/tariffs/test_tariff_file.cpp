@@ -32,10 +32,8 @@ class TestTariffFile : public QObject {
     tarif.Tarifname = QStringLiteral("Tag & Nacht");
     tarif.Grundgebuehr = 4.95f;
     tarif.Region = QStringLiteral("bundesweit");
-    tarif.Gueltigkeit = QStringLiteral("01.02.2003");
     tarif.Anmeldung = QStringLiteral("nötig");
     tarif.Einwahlnummer.clear();
-    tarif.Username = QStringLiteral("gast");
     tarif.Kanalbuendelung = true;
     tarif.Volumengrenze = 500;  // not written: no volume tariff
     tarif.Freiminuten = 30;
@@ -46,11 +44,10 @@ class TestTariffFile : public QObject {
 
     const QList<QByteArray> expected = {
         "[Providerdaten]", "Name:Funk & Co - Tag & Nacht", N("Grundgeb\374hr:", "4.95"), "Region:bundesweit",
-        "G\374ltigkeit:01.02.2003", "Anmeldung:n\366tig", "Einwahlnummer:k.A.", "Username:gast",
-        "Password:k.A.", "Flatrate:Nein", "Volumenabrechnung:Nein", "Volumenkosten:0", "Volumeneinheit:1",
-        "Volumengrenze:0", "Mindestumsatz:0", "Freiminuten:30", "Kanalb\374ndelung:Ja", "Takt:60 / 1",
-        "Sekundengenau:Nein", "Sekundenschritte:1", N("Gespr\344chsgrundgeb\374hr:", "12.5"), "",
-        "[Tarifzonen]",
+        "G\374ltigkeit:k.A.", "Anmeldung:n\366tig", "Einwahlnummer:k.A.", "Username:k.A.", "Password:k.A.",
+        "Flatrate:Nein", "Volumenabrechnung:Nein", "Volumenkosten:0", "Volumeneinheit:1", "Volumengrenze:0",
+        "Mindestumsatz:0", "Freiminuten:30", "Kanalb\374ndelung:Ja", "Takt:60 / 1", "Sekundengenau:Nein",
+        "Sekundenschritte:1", N("Gespr\344chsgrundgeb\374hr:", "12.5"), "", "[Tarifzonen]",
         // zones
         "Zone:Tag & Nacht", "Von:8", "Bis:18", N("Pfennig:", "3.9"), "Einheit:60", "Wochenende:Nein",
         "Zone:Tag & Nacht", "Von:0", "Bis:24", N("Pfennig:", "1.5"), "Einheit:60", "Wochenende:Ja"};
@@ -84,11 +81,9 @@ class TestTariffFile : public QObject {
                                                "Wochenende:Nein", "Zone:Volumen", "Von:0", "Bis:24",
                                                "Pfennig:0", "Einheit:60", "Wochenende:Ja"}));
 
-    for (const auto& [anbieter, name] :
-         {std::pair{QString(), QStringLiteral("X")}, std::pair{QStringLiteral("A/B"), QStringLiteral("X")},
-          std::pair{QStringLiteral("A"), QStringLiteral("X?")}}) {
-      tarif.Anbieter = anbieter;
-      tarif.Tarifname = name;
+    for (const auto& [anbieter, name] : {std::pair{"", "X"}, std::pair{"A/B", "X"}, std::pair{"A", "X?"}}) {
+      tarif.Anbieter = QString::fromLatin1(anbieter);
+      tarif.Tarifname = QString::fromLatin1(name);
       QVERIFY(!WriteTarif(data.dir(), tarif));
     }
     QCOMPARE(data.dir().ListFiles(QStringLiteral("Tarife")),
@@ -107,11 +102,8 @@ class TestTariffFile : public QObject {
                     // a stray line: the zone behind it is read out of step and lost
                     "", "Zone:egal", "Von:0", "Bis:24", "Pfennig:2", "Einheit:60", "Wochenende:Nein"}));
     const auto tarif = ReadTarif(data.dir(), QStringLiteral("Hand - Geschrieben.atl"));
-    QVERIFY(tarif);
-    QCOMPARE(tarif->Tarifname, QStringLiteral("Geschrieben"));
-    QCOMPARE(tarif->Herkunft, TarifHerkunft::Automatisch);
-    QCOMPARE(tarif->Takt, QStringLiteral("30 / 10"));
-    QVERIFY(tarif->Flatrate);
+    QVERIFY(tarif && tarif->Herkunft == TarifHerkunft::Automatisch && tarif->Flatrate);
+    QCOMPARE(tarif->Takt, QStringLiteral("30 / 10"));  // the last line of a key wins
     QCOMPARE(tarif->Freiminuten, 90.0);
     QCOMPARE(tarif->Zonen, (QList<Tarifzone>{{8, 18, 0.12f, true}}));
 
@@ -133,7 +125,6 @@ class TestTariffFile : public QObject {
     QCOMPARE(GetTarifDatei(QStringLiteral("Foo"), QStringLiteral("X - Bar")), QString());
 
     test::TempDataDir data;
-    QVERIFY(GetAnbieterListe(data.dir()).isEmpty());
     for (const char* name : {"Foo - Bar.tel", "Foo - Bar.atl", "Foo Net - Bar.tel", "foo - klein.TEL",
                              "Foo - Notiz.txt", "readme.txt", "Foo [X] - Y.atl", "Ohne Strich.tel"}) {
       data.write(QStringLiteral("Tarife/") + QLatin1String(name), "x\r\n");
@@ -148,8 +139,7 @@ class TestTariffFile : public QObject {
     // The deliberate prefix match takes Foo Net's and Foo [X]'s files too.
     QCOMPARE(labels, (QStringList{"A - Bar", "M - Bar", "M Net - Bar", "A [X] - Y", "M - klein"}));
     const auto bracket = GetTarifListe(data.dir(), QStringLiteral("Foo [X]"));
-    QCOMPARE(bracket.size(), 1);
-    QCOMPARE(bracket[0].Label, QStringLiteral("A - Y"));
+    QVERIFY(bracket.size() == 1 && bracket[0].Label == QStringLiteral("A - Y"));
   }
 
   void peeksReadTheirKeys() {
@@ -167,25 +157,20 @@ class TestTariffFile : public QObject {
     QCOMPARE(GetTarifVolumengrenze(dir, file), 2000.0);  // the first line decides
     QCOMPARE(GetTarifFreiminuten(dir, file), 90.0);
     QCOMPARE(GetActualTakt(dir, file), QStringLiteral("30 / 10"));
-    QCOMPARE(GetGrundgebuehrJeVerbindung(dir, file), 0.125f);
-    QCOMPARE(GetPreisEinheit(dir, file), test::Local(QStringLiteral("0.5MB")));
+    QCOMPARE(GetPreisEinheit(dir, file), test::Local(QStringLiteral("0.5MB")));  // read two lines down
 
     for (const QString& missing : {QString(), QStringLiteral("Peek - Fehlt.tel")}) {
       QVERIFY(!IsVolumentarif(dir, missing) && !ReadTarif(dir, missing));
-      QCOMPARE(GetVolumeneinheit(dir, missing) + GetVolumenkosten(dir, missing), 0.0f);
-      QCOMPARE(GetTarifVolumengrenze(dir, missing) + GetTarifFreiminuten(dir, missing), 0.0);
-      QCOMPARE(GetActualTakt(dir, missing), QString());
+      QCOMPARE(GetVolumenkosten(dir, missing) + GetTarifFreiminuten(dir, missing), 0.0);
       QCOMPARE(GetPreisEinheit(dir, missing), QStringLiteral("Minute"));
     }
   }
 
   void damagedFilesGiveTheFallbacks() {
     const QByteArray digits(1 << 20, '9');
-    QByteArray binary(64 * 1024, '\0');
-    QRandomGenerator random(42);
-    for (char& byte : binary) {
-      byte = static_cast<char>(random.bounded(256));
-    }
+    QList<quint32> noise(16 * 1024);
+    QRandomGenerator(42).fillRange(noise.data(), noise.size());
+    const QByteArray binary(reinterpret_cast<const char*>(noise.constData()), noise.size() * 4);
     const QList<QByteArray> keyless = {QByteArray(), binary, QByteArray(1 << 20, 'x'),
                                        test::Crlf(QList<QByteArray>(200, "Hallo Welt"))};
     const QList<QByteArray> huge = {

@@ -39,26 +39,20 @@ class TestTariffRates : public QObject {
     QCOMPARE(price(file, At(1, 18)), 3.0);
     // 18 to 8 doesn't wrap over midnight: the night costs nothing.
     QCOMPARE(price(file, At(1, 18, 0, 1)), 0.0);
-    QCOMPARE(price(file, At(5, 7, 59, 59)), 0.0);
-    // 0 to 0 is the whole day.
-    QCOMPARE(price(file, At(6, 0)), 2.0);
-    QCOMPARE(price(file, At(7, 23, 59, 59)), 2.0);
+    QCOMPARE(price(file, At(7, 23, 59, 59)), 2.0);  // 0 to 0 is the whole day
 
     const QString workdays = writeTime(QStringLiteral("Zeit - Werktag.tel"), {Zone(0, 24, "3", false)});
     QCOMPARE(price(workdays, At(6, 12)), 0.0);
     QCOMPARE(price(workdays, At(2, 23, 59, 59)), 3.0);
-  }
 
-  void theLastZoneThatAppliesWins() {
-    const QString file =
+    // The last zone that applies wins.
+    const QString evening =
         writeTime(QStringLiteral("Zeit - Abend.tel"),
                   {Zone(8, 18, "3", false), Zone(18, 24, "1", false), Zone(24, 8, "5", false)});
-    QCOMPARE(price(file, At(1, 17, 59, 59)), 3.0);
-    QCOMPARE(price(file, At(1, 18)), 1.0);
-    // 24 as a start is midnight.
-    QCOMPARE(price(file, At(1, 0)), 5.0);
-    QCOMPARE(price(file, At(1, 8)), 5.0);
-    QCOMPARE(price(file, At(1, 8, 0, 1)), 3.0);
+    QCOMPARE(price(evening, At(1, 18)), 1.0);
+    QCOMPARE(price(evening, At(1, 0)), 5.0);  // 24 as a start is midnight
+    QCOMPARE(price(evening, At(1, 8)), 5.0);
+    QCOMPARE(price(evening, At(1, 8, 0, 1)), 3.0);
 
     const QString wholeDay =
         writeTime(QStringLiteral("Zeit - Ganztags.tel"), {Zone(8, 8, "4", false), Zone(24, 0, "6", true)});
@@ -88,7 +82,10 @@ class TestTariffRates : public QObject {
                   {Zone(0, 12, "3,9", false), Zone(12, 24, " 3.25 ", false), Zone(0, 24, "kaputt", true)});
     QCOMPARE(price(file, At(1, 9)), 3.9);
     QCOMPARE(price(file, At(1, 12)), 3.25);  // the bad zone doesn't apply, its price isn't read
-    QCOMPARE(price(file, At(6, 12)), 0.0);
+    const QString euro = QStringLiteral("€");
+    QCOMPARE(KatalogPreisText(data.dir(), file, At(1, 9), false, euro), Local(QStringLiteral("0.0390 €")));
+    QCOMPARE(AktuellerPreisText(data.dir(), file, At(1, 9), false, euro),
+             Local(QStringLiteral("0.039 € pro Minute")));
 
     const QString broken =
         writeTime(QStringLiteral("Zeit - Kaputt.tel"),
@@ -100,9 +97,8 @@ class TestTariffRates : public QObject {
                test::Crlf(test::TimeHead() + Zone(0, 24, "2", false) + Zone(0, 24, "9", false).mid(0, 4)));
     QCOMPARE(price(QStringLiteral("Zeit - Kurz.tel"), At(1, 9)), 2.0);
 
-    QCOMPARE(price(QString(), At(1, 9)), 0.0);
-    QCOMPARE(price(QStringLiteral("Fehlt - Ganz.tel"), At(1, 9)), 0.0);
     QCOMPARE(price(QStringLiteral("zeit - KURZ.TEL"), At(1, 9)), 2.0);
+    QCOMPARE(price(QStringLiteral("Fehlt - Ganz.tel"), At(1, 9)), 0.0);
   }
 
   void aVolumeTariffHasOnePriceReadByItsPlace() {
@@ -111,10 +107,8 @@ class TestTariffRates : public QObject {
                            "Volumeneinheit:0,5", "[Tarifzonen]", "Zone:x", "Von:0", "Bis:24", "Pfennig:9",
                            "Einheit:60", "Wochenende:Nein"}));
     const QString file = QStringLiteral("Volumen - Eins.tel");
-    for (const QDateTime& moment : {At(1, 3), At(5, 14), At(7, 23, 59, 59)}) {
-      QCOMPARE(price(file, moment, false), 2.5);
-      QCOMPARE(price(file, moment, true), 2.5);
-    }
+    QCOMPARE(price(file, At(1, 3)), 2.5);
+    QCOMPARE(price(file, At(7, 23, 59, 59), true), 2.5);
     const QString euro = QStringLiteral("€");
     QCOMPARE(AktuellerPreisText(data.dir(), file, At(1, 3), false, euro),
              Local(QStringLiteral("0.025 € pro 0.5MB")));
@@ -126,31 +120,18 @@ class TestTariffRates : public QObject {
     QCOMPARE(price(QStringLiteral("Volumen - Ende.tel"), At(1, 3)), 0.0);
   }
 
-  void taktAndUnitCost() {
-    for (const char* text : {"60/60", "60 / 60", " 60/ 60 "}) {
-      const Takt takt = ParseTakt(QString::fromLatin1(text));
-      QVERIFY(takt.first == 60 && takt.rest == 60.0f);
-    }
-    QCOMPARE(ParseTakt(u"30").rest, 30.0f);
+  void taktUnitCostAndItsTexts() {
+    const Takt spaced = ParseTakt(u" 60/ 60 ");
+    QVERIFY(spaced.first == 60 && spaced.rest == 60.0f);
+    QCOMPARE(ParseTakt(u"30").rest, 30.0f);  // one number is both
     QCOMPARE(ParseTakt(u"60.6/7,5").first, qint16(61));
     QCOMPARE(ParseTakt(u"60.6/7,5").rest, 7.0f);
     QCOMPARE(ParseTakt(u"").rest, 0.0f);
     // The first unit costs what any unit costs, whatever its length.
     QCOMPARE(UnitCost(6.0, 1.0f), 0.001f);
     QCOMPARE(UnitCost(6.0, 60.0f), 0.06f);
-  }
 
-  void priceTexts() {
-    const QString euro = QStringLiteral("€");
-    const QString time = writeTime(QStringLiteral("Text - Zeit.tel"), {Zone(0, 24, "3,9", false)});
-    QCOMPARE(KatalogPreisText(data.dir(), time, At(1, 9), false, euro), Local(QStringLiteral("0.0390 €")));
-    QCOMPARE(AktuellerPreisText(data.dir(), time, At(1, 9), false, euro),
-             Local(QStringLiteral("0.039 € pro Minute")));
-
-    auto texts = ZeitEinheitTexte(6.0f, 1.0f, UnitCost(6.0, 1.0f), euro);
-    QCOMPARE(texts.lblEinheit, QStringLiteral("60s"));
-    QCOMPARE(texts.lblEuroProMinute, Local(QStringLiteral("0.060 €")));
-    texts = ZeitEinheitTexte(12.0f, 7.5f, UnitCost(12.0, 7.5f), euro);
+    auto texts = ZeitEinheitTexte(12.0f, 7.5f, UnitCost(12.0, 7.5f), QStringLiteral("€"));
     QCOMPARE(texts.lblEinheit, Local(QStringLiteral("7.5s")));
     QCOMPARE(texts.lblEuroProMinute, Local(QStringLiteral("0.015 €")));
     texts = VolumenEinheitTexte(500.0f, 0.015f, QStringLiteral("DM"));

@@ -8,6 +8,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 // pppd's peers and the kernel's interfaces in a folder of the test's own; pon
 // and poff are scripts that make and remove the interface.
@@ -17,6 +18,7 @@ class TestKernelRemoteAccess : public QObject {
   QTemporaryDir root_;
 
   QString path(const QString& relative) const { return root_.filePath(relative); }
+  QByteArray bytes(const QString& relative) const { return path(relative).toUtf8(); }
 
   void write(const QString& relative, const QByteArray& text, bool executable = false) {
     QDir().mkpath(QFileInfo(path(relative)).absolutePath());
@@ -29,120 +31,113 @@ class TestKernelRemoteAccess : public QObject {
     }
   }
 
+  QByteArray read(const QString& relative) const {
+    QFile file(path(relative));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
+  }
+
   void addInterface(const QString& name, const QByteArray& type, const QByteArray& flags) {
-    write(QStringLiteral("net/%1/type").arg(name), type + '\n');
-    write(QStringLiteral("net/%1/flags").arg(name), flags + '\n');
+    write(u"net/%1/type"_s.arg(name), type + '\n');
+    write(u"net/%1/flags"_s.arg(name), flags + '\n');
   }
 
   KernelRemoteAccess::Paths paths() const {
-    return {path(QStringLiteral("ppp/peers")), path(QStringLiteral("net")), path(QStringLiteral("run")),
-            path(QStringLiteral("bin/pon")), path(QStringLiteral("bin/poff")), path(QStringLiteral("proc"))};
+    return {path("ppp/peers"), path("net"), path("run"), path("bin/pon"), path("bin/poff"), path("proc")};
   }
 
  private slots:
   void init() {
     QDir(root_.path()).removeRecursively();
-    QDir().mkpath(root_.path());
-    QDir().mkpath(path(QStringLiteral("run")));
-    write(QStringLiteral("ppp/peers/arcor"),
-          "noauth\nuser \"arcor user\" # comment\nconnect \"/usr/sbin/chat -v -f " +
-              path(QStringLiteral("chatscripts/arcor")).toUtf8() + "\"\n/dev/ttyS0\n");
-    write(QStringLiteral("chatscripts/arcor"), "ABORT BUSY\n'' ATZ\nOK ATDT 0192 070\nCONNECT ''\n");
-    write(QStringLiteral("ppp/peers/provider"), "user provider\n");
-    write(QStringLiteral("ppp/peers/provider~"), "old copy\n");
-    write(QStringLiteral("ppp/peers/.hidden"), "\n");
-    write(QStringLiteral("ppp/pap-secrets"), "# client server secret\n\"arcor user\" * \"arcor pass\"\n");
-    addInterface(QStringLiteral("lo"), "772", "0x9");
-    addInterface(QStringLiteral("eth0"), "1", "0x1003");
+    QDir().mkpath(path("run"));
+    write("ppp/peers/arcor", "noauth\nuser \"arcor user\" # comment\nconnect \"/usr/sbin/chat -v -f " +
+                                 bytes("chatscripts/arcor") + "\"\n/dev/ttyS0\n");
+    write("chatscripts/arcor", "ABORT BUSY\n'' ATZ\nOK ATDT 0192 070\nCONNECT ''\n");
+    write("ppp/peers/provider", "user provider\n");
+    write("ppp/peers/provider~", "old copy\n");
+    write("ppp/peers/.hidden", "\n");
+    write("ppp/pap-secrets", "# client server secret\n\"arcor user\" * \"arcor pass\"\n");
+    addInterface("lo", "772", "0x9");
+    addInterface("eth0", "1", "0x1003");
     // pon brings ppp0 up after a moment, as pppd does; poff takes it down.
-    write(QStringLiteral("bin/pon"),
-          "#!/bin/sh\necho \"$@\" >> " + path(QStringLiteral("pon.log")).toUtf8() +
-              "\n[ \"$1\" = provider ] && exit 0\nsleep 0.3\nd=" + path(QStringLiteral("net/ppp0")).toUtf8() +
+    write("bin/pon",
+          "#!/bin/sh\necho \"$@\" >> " + bytes("pon.log") +
+              "\n[ \"$1\" = provider ] && exit 0\nsleep 0.3\nd=" + bytes("net/ppp0") +
               "\nmkdir -p $d && echo 512 > $d/type && echo 0x1091 > $d/flags\n",
           true);
-    write(QStringLiteral("bin/poff"),
-          "#!/bin/sh\necho \"$@\" >> " + path(QStringLiteral("poff.log")).toUtf8() + "\nsleep 0.2\nrm -rf " +
-              path(QStringLiteral("net/ppp0")).toUtf8() + "\n",
-          true);
+    write(
+        "bin/poff",
+        "#!/bin/sh\necho \"$@\" >> " + bytes("poff.log") + "\nsleep 0.2\nrm -rf " + bytes("net/ppp0") + "\n",
+        true);
   }
 
   void entriesAndDialData() {
     KernelRemoteAccess ras(paths());
-    QCOMPARE(ras.GetEntries(), (QStringList{QStringLiteral("arcor"), QStringLiteral("provider")}));
-    const std::optional<RasDialParams> arcor = ras.GetDialParams(QStringLiteral("arcor"));
-    QVERIFY(arcor);
-    QCOMPARE(arcor->Benutzer, QStringLiteral("arcor user"));
-    QCOMPARE(arcor->Telefon, QStringLiteral("0192070"));
-    QCOMPARE(arcor->Passwort, QStringLiteral("arcor pass"));
-    QVERIFY(arcor->passwordStored);
-    const std::optional<RasDialParams> provider = ras.GetDialParams(QStringLiteral("provider"));
-    QVERIFY(provider);
-    QCOMPARE(provider->Benutzer, QStringLiteral("provider"));
-    QVERIFY(!provider->passwordStored);
-    QVERIFY(!ras.GetDialParams(QStringLiteral("../pap-secrets")));
-    QVERIFY(!ras.GetDialParams(QStringLiteral("fehlt")));
+    QCOMPARE(ras.GetEntries(), QStringList({"arcor", "provider"}));
+    const RasDialParams arcor = ras.GetDialParams("arcor").value_or(RasDialParams{});
+    QCOMPARE(QStringList({arcor.Benutzer, arcor.Telefon, arcor.Passwort}),
+             QStringList({"arcor user", "0192070", "arcor pass"}));
+    QVERIFY(arcor.passwordStored);
+    const RasDialParams provider = ras.GetDialParams("provider").value_or(RasDialParams{});
+    QCOMPARE(provider.Benutzer, u"provider"_s);
+    QVERIFY(!provider.passwordStored);
+    QVERIFY(!ras.GetDialParams("../pap-secrets"));
+    QVERIFY(!ras.GetDialParams("fehlt"));
 
-    KernelRemoteAccess nothing({path(QStringLiteral("none")), path(QStringLiteral("none")),
-                                path(QStringLiteral("none")), path(QStringLiteral("none")),
-                                path(QStringLiteral("none"))});
+    const QString none = path("none");
+    KernelRemoteAccess nothing({none, none, none, none, none, none});
     QVERIFY(nothing.GetEntries().isEmpty());
     QVERIFY(nothing.GetRasConnections().isEmpty());
-    QVERIFY(nothing.DialEntry(QStringLiteral("arcor"), {}).isEmpty());
+    QVERIFY(nothing.DialEntry("arcor", {}).isEmpty());
   }
 
   void connectionsAreThePppInterfacesThatAreUp() {
     KernelRemoteAccess ras(paths());
     QVERIFY(ras.GetRasConnections().isEmpty());
-    addInterface(QStringLiteral("ppp1"), "512", "0x1090");  // down
-    addInterface(QStringLiteral("ppp0"), "512", "0x1091");
-    write(QStringLiteral("run/ppp-arcor.pid"), "4711\nppp0\n");
+    addInterface("ppp1", "512", "0x1090");  // down
+    addInterface("ppp0", "512", "0x1091");
+    write("run/ppp-arcor.pid", "4711\nppp0\n");
     const QList<RasConnection> up = ras.GetRasConnections();
     QCOMPARE(up.size(), 1);
-    QCOMPARE(up.at(0).handle, QStringLiteral("ppp0"));
-    QCOMPARE(up.at(0).entryName, QStringLiteral("arcor"));
-    QCOMPARE(up.at(0).interfaceName, QStringLiteral("ppp0"));
-    QCOMPARE(ras.GetConnectState(QStringLiteral("ppp0"))->state, RasState::Connected);
-    QVERIFY(!ras.GetConnectState(QStringLiteral("ppp1")));
+    QCOMPARE(QStringList({up.at(0).handle, up.at(0).entryName, up.at(0).interfaceName}),
+             QStringList({"ppp0", "arcor", "ppp0"}));
+    QCOMPARE(ras.GetConnectState("ppp0")->state, RasState::Connected);
+    QVERIFY(!ras.GetConnectState("ppp1"));
 
     // pon without a link name: pppd's command line names the peer; another
     // program's pid, or a peer that isn't one, names nothing.
-    addInterface(QStringLiteral("ppp1"), "512", "0x1091");
-    write(QStringLiteral("run/ppp1.pid"), "4712\n");
-    write(QStringLiteral("proc/4712/cmdline"), QByteArray("/usr/sbin/pppd\0call\0provider\0", 29));
-    QCOMPARE(ras.GetRasConnections().value(1).entryName, QStringLiteral("provider"));
-    write(QStringLiteral("proc/4712/cmdline"), QByteArray("/usr/sbin/pppd\0call\0../pap-secrets\0", 35));
+    addInterface("ppp1", "512", "0x1091");
+    write("run/ppp1.pid", "4712\n");
+    write("proc/4712/cmdline", QByteArray("/usr/sbin/pppd\0call\0provider\0", 29));
+    QCOMPARE(ras.GetRasConnections().value(1).entryName, u"provider"_s);
+    write("proc/4712/cmdline", QByteArray("/usr/sbin/pppd\0call\0../pap-secrets\0", 35));
     QCOMPARE(ras.GetRasConnections().value(1).entryName, QString());
-    write(QStringLiteral("proc/4712/cmdline"), QByteArray("/bin/sleep\0call\0provider\0", 25));
+    write("proc/4712/cmdline", QByteArray("/bin/sleep\0call\0provider\0", 25));
     QCOMPARE(ras.GetRasConnections().value(1).entryName, QString());
   }
 
   void dialAndHangUp() {
     KernelRemoteAccess ras(paths());
     QSignalSpy progress(&ras, &RemoteAccess::DialProgress);
-    RasDialParams own = *ras.GetDialParams(QStringLiteral("arcor"));
-    own.Benutzer = QStringLiteral("anderer");
-    own.Passwort = QStringLiteral("nicht auf der Befehlszeile");
-    const QString handle = ras.DialEntry(QStringLiteral("arcor"), own);
+    RasDialParams own = *ras.GetDialParams("arcor");
+    own.Benutzer = "anderer";
+    own.Passwort = "nicht auf der Befehlszeile";
+    const QString handle = ras.DialEntry("arcor", own);
     QVERIFY(!handle.isEmpty());
     QTRY_COMPARE(progress.count(), 2);
     QCOMPARE(progress.at(0), (QList<QVariant>{handle, RasState::OpenPort}));
     QCOMPARE(progress.at(1), (QList<QVariant>{handle, RasState::Connected}));
-    QFile ponLog(path(QStringLiteral("pon.log")));
-    QVERIFY(ponLog.open(QIODevice::ReadOnly));
-    QCOMPARE(ponLog.readAll(), QByteArray("arcor user anderer\n"));
+    QCOMPARE(read("pon.log"), QByteArray("arcor user anderer\n"));
     // The program's own memory names the entry where pppd left no pid file.
-    QCOMPARE(ras.GetRasConnections().value(0).entryName, QStringLiteral("arcor"));
+    QCOMPARE(ras.GetRasConnections().value(0).entryName, u"arcor"_s);
     QCOMPARE(ras.GetConnectState(handle)->state, RasState::Connected);
 
-    QVERIFY(ras.HangUp(QStringLiteral("ppp0")));
+    QVERIFY(ras.HangUp("ppp0"));
     QVERIFY(ras.GetRasConnections().isEmpty());
-    QFile poffLog(path(QStringLiteral("poff.log")));
-    QVERIFY(poffLog.open(QIODevice::ReadOnly));
-    QCOMPARE(poffLog.readAll(), QByteArray("arcor\n"));
+    QCOMPARE(read("poff.log"), QByteArray("arcor\n"));
 
     // A peer that never comes up fails when its time is over.
     ras.SetDialTimeout(500);
-    const QString silent = ras.DialEntry(QStringLiteral("provider"), {});
+    const QString silent = ras.DialEntry("provider", {});
     QTRY_COMPARE(progress.count(), 4);
     QCOMPARE(progress.last(), (QList<QVariant>{silent, RasState::Disconnected}));
     QVERIFY(!ras.GetConnectState(silent));

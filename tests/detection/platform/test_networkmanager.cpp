@@ -13,12 +13,24 @@
 #include <memory>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
-const QString kService = QStringLiteral("org.freedesktop.NetworkManager");
-const QString kActive = QStringLiteral("org.freedesktop.NetworkManager.Connection.Active");
-const QString kDevice = QStringLiteral("org.freedesktop.NetworkManager.Device");
-const QString kMock = QStringLiteral("org.freedesktop.DBus.Mock");
+// The named values of a settings group, as text.
+QStringList Values(const QVariantMap& group, const QStringList& keys) {
+  QStringList values;
+  for (const QString& key : keys) {
+    values.append(group.value(key).toString());
+  }
+  return values;
+}
+
+const QString kService = u"org.freedesktop.NetworkManager"_s;
+const QString kRoot = u"/org/freedesktop/NetworkManager"_s;
+const QString kActive = u"org.freedesktop.NetworkManager.Connection.Active"_s;
+const QString kDevice = u"org.freedesktop.NetworkManager.Device"_s;
+const QString kProfile = u"org.freedesktop.NetworkManager.Settings.Connection"_s;
+const QString kMock = u"org.freedesktop.DBus.Mock"_s;
 }  // namespace
 
 // NetworkManager as python-dbusmock plays it, on a bus of the test's own.
@@ -27,143 +39,112 @@ class TestNetworkManager : public QObject {
 
   test::PrivateBus bus_;
   QProcess* mock_ = nullptr;
-  QDBusConnection* connection_ = nullptr;
   std::unique_ptr<NetworkManagerRemoteAccess> ras_;
   QString device_;
   QString tonline_;
   QString mobil_;
 
-  QDBusMessage Call(const QString& path, const QString& interfaceName, const QString& method,
-                    const QVariantList& args = {}) {
+  QVariant Call(const QString& path, const QString& interfaceName, const QString& method,
+                const QVariantList& args = {}) {
     QDBusMessage ask = QDBusMessage::createMethodCall(kService, path, interfaceName, method);
     ask.setArguments(args);
-    const QDBusMessage reply = connection_->call(ask, QDBus::Block, 5000);
+    const QDBusMessage reply = bus_.connection().call(ask, QDBus::Block, 5000);
     if (reply.type() == QDBusMessage::ErrorMessage) {
       qWarning() << method << reply.errorMessage();
     }
-    return reply;
+    return reply.arguments().value(0);
   }
 
   void Emit(const QString& path, const QString& interfaceName, const QString& signature,
             const QVariantList& args) {
-    Call(path, kMock, QStringLiteral("EmitSignal"),
-         {interfaceName, QStringLiteral("StateChanged"), signature, QVariant::fromValue(args)});
+    Call(path, kMock, "EmitSignal", {interfaceName, "StateChanged", signature, QVariant::fromValue(args)});
   }
 
   QString AddProfile(const NMSettings& settings) {
-    return Call(QStringLiteral("/org/freedesktop/NetworkManager/Settings"),
-                QStringLiteral("org.freedesktop.NetworkManager.Settings"), QStringLiteral("AddConnection"),
-                {QVariant::fromValue(settings)})
-        .arguments()
-        .value(0)
-        .value<QDBusObjectPath>()
+    return qvariant_cast<QDBusObjectPath>(Call(kRoot + "/Settings", "org.freedesktop.NetworkManager.Settings",
+                                               "AddConnection", {QVariant::fromValue(settings)}))
         .path();
+  }
+
+  // An active connection started by someone else.
+  QString AddActive(const QString& profile, const QString& name) {
+    return Call(kRoot, kMock, "AddActiveConnection", {QStringList{device_}, profile, "/", name, 2u})
+        .toString();
   }
 
  private slots:
   void initTestCase() {
     qDBusRegisterMetaType<NMSettings>();
-    if (!bus_.Start(QStringLiteral("nm"))) {
+    if (!bus_.Start("nm")) {
       QSKIP("dbus-daemon can't start a private bus here");
     }
-    connection_ = &bus_.connection();
-    mock_ = bus_.StartMock({QStringLiteral("-t"), QStringLiteral("networkmanager")}, kService);
+    mock_ = bus_.StartMock({"-t", "networkmanager"}, kService);
     if (mock_ == nullptr) {
       QSKIP("python3-dbusmock's NetworkManager template doesn't start");
     }
-    QVERIFY(NetworkManagerRemoteAccess::IsAvailable(*connection_));
-    QVERIFY(dynamic_cast<NetworkManagerRemoteAccess*>(CreateRemoteAccess(*connection_).get()));
+    QVERIFY(dynamic_cast<NetworkManagerRemoteAccess*>(CreateRemoteAccess(bus_.connection()).get()));
 
-    device_ =
-        Call(QStringLiteral("/org/freedesktop/NetworkManager"), kMock, QStringLiteral("AddEthernetDevice"),
-             {QStringLiteral("mock_Modem"), QStringLiteral("ttyUSB0"), 30})
-            .arguments()
-            .value(0)
-            .toString();
-    tonline_ =
-        AddProfile({{QStringLiteral("connection"),
-                     {{QStringLiteral("id"), QStringLiteral("T-Online")},
-                      {QStringLiteral("type"), QStringLiteral("pppoe")}}},
-                    {QStringLiteral("pppoe"), {{QStringLiteral("username"), QStringLiteral("anonymer")}}}});
+    device_ = Call(kRoot, kMock, "AddEthernetDevice", {"mock_Modem", "ttyUSB0", 30}).toString();
+    tonline_ = AddProfile(
+        {{"connection", {{"id", "T-Online"}, {"type", "pppoe"}}}, {"pppoe", {{"username", "anonymer"}}}});
     mobil_ = AddProfile(
-        {{QStringLiteral("connection"),
-          {{QStringLiteral("id"), QStringLiteral("Mobil")},
-           {QStringLiteral("uuid"), QStringLiteral("5f1c0a4e-2b7d-4c55-9d0e-7a1b2c3d4e5f")},
-           {QStringLiteral("type"), QStringLiteral("gsm")}}},
-         {QStringLiteral("gsm"),
-          {{QStringLiteral("number"), QStringLiteral("*99#")},
-           {QStringLiteral("username"), QStringLiteral("eplus")}}}});
+        {{"connection", {{"id", "Mobil"}, {"uuid", "5f1c0a4e-2b7d-4c55-9d0e-7a1b2c3d4e5f"}, {"type", "gsm"}}},
+         {"gsm", {{"number", "*99#"}, {"username", "eplus"}}}});
     // The template nests secrets one level deeper than the service does;
     // answer as the service would.
-    Call(mobil_, kMock, QStringLiteral("AddMethod"),
-         {QStringLiteral("org.freedesktop.NetworkManager.Settings.Connection"), QStringLiteral("GetSecrets"),
-          QStringLiteral("s"), QStringLiteral("a{sa{sv}}"),
-          QStringLiteral("ret = {args[0]: {'password': 'geheim', 'pin': '1234'}}")});
+    Call(
+        mobil_, kMock, "AddMethod",
+        {kProfile, "GetSecrets", "s", "a{sa{sv}}", "ret = {args[0]: {'password': 'geheim', 'pin': '1234'}}"});
     // What the program hands over for the session is kept to be looked at.
-    Call(mobil_, kMock, QStringLiteral("AddMethod"),
-         {QStringLiteral("org.freedesktop.NetworkManager.Settings.Connection"),
-          QStringLiteral("UpdateUnsaved"), QStringLiteral("a{sa{sv}}"), QString(),
-          QStringLiteral("self.unsaved = args[0]")});
-    Call(mobil_, kMock, QStringLiteral("AddMethod"),
-         {kMock, QStringLiteral("Unsaved"), QString(), QStringLiteral("a{sa{sv}}"),
-          QStringLiteral("ret = self.unsaved")});
-    ras_ = std::make_unique<NetworkManagerRemoteAccess>(*connection_);
+    Call(mobil_, kMock, "AddMethod",
+         {kProfile, "UpdateUnsaved", "a{sa{sv}}", QString(), "self.unsaved = args[0]"});
+    Call(mobil_, kMock, "AddMethod", {kMock, "Unsaved", QString(), "a{sa{sv}}", "ret = self.unsaved"});
+    ras_ = std::make_unique<NetworkManagerRemoteAccess>(bus_.connection());
   }
 
   void cleanupTestCase() { ras_.reset(); }
 
   void entriesAndTheirDialData() {
-    QCOMPARE(ras_->GetEntries(), (QStringList{QStringLiteral("T-Online"), QStringLiteral("Mobil")}));
-    QVERIFY(ras_->GetRasConnections().isEmpty());
+    QCOMPARE(ras_->GetEntries(), (QStringList{"T-Online", "Mobil"}));
 
-    const std::optional<RasDialParams> mobil = ras_->GetDialParams(QStringLiteral("Mobil"));
-    QVERIFY(mobil);
-    QCOMPARE(mobil->Eintrag, QStringLiteral("Mobil"));
-    QCOMPARE(mobil->Telefon, QStringLiteral("*99#"));
-    QCOMPARE(mobil->Benutzer, QStringLiteral("eplus"));
-    QCOMPARE(mobil->Passwort, QStringLiteral("geheim"));
-    QVERIFY(mobil->passwordStored);
+    const RasDialParams mobil = ras_->GetDialParams("Mobil").value_or(RasDialParams{});
+    QCOMPARE(QStringList({mobil.Telefon, mobil.Benutzer, mobil.Passwort}),
+             QStringList({"*99#", "eplus", "geheim"}));
+    QVERIFY(mobil.passwordStored);
     // The template's own answer carries no password where the service would.
-    const std::optional<RasDialParams> tonline = ras_->GetDialParams(QStringLiteral("T-Online"));
-    QVERIFY(tonline);
-    QCOMPARE(tonline->Benutzer, QStringLiteral("anonymer"));
-    QVERIFY(!tonline->passwordStored);
-    QVERIFY(!ras_->GetDialParams(QStringLiteral("Unbekannt")));
+    RasDialParams own = ras_->GetDialParams("T-Online").value_or(RasDialParams{});
+    QCOMPARE(own.Benutzer, u"anonymer"_s);
+    QVERIFY(!own.passwordStored);
+    QVERIFY(!ras_->GetDialParams("Unbekannt"));
 
     // The connection editor opens a profile by its uuid.
-    const RemoteAccess::EditorRef ref = ras_->EntryEditorId(QStringLiteral("Mobil"));
-    QCOMPARE(ref.uuid, QStringLiteral("5f1c0a4e-2b7d-4c55-9d0e-7a1b2c3d4e5f"));
-    QCOMPARE(ref.type, QStringLiteral("gsm"));
-    QVERIFY(ras_->EntryEditorId(QStringLiteral("Unbekannt")).uuid.isEmpty());
+    const RemoteAccess::EditorRef ref = ras_->EntryEditorId("Mobil");
+    QCOMPARE(ref.uuid + u' ' + ref.type, u"5f1c0a4e-2b7d-4c55-9d0e-7a1b2c3d4e5f gsm"_s);
+    QVERIFY(ras_->EntryEditorId("Unbekannt").uuid.isEmpty());
 
-    RasDialParams own = *tonline;
-    own.Passwort = QStringLiteral("selbst");
-    const NMSettings built = NetworkManagerRemoteAccess::BuildDialParams(
-        own, {{QStringLiteral("connection"), {{QStringLiteral("type"), QStringLiteral("pppoe")}}}});
-    QCOMPARE(built.value(QStringLiteral("pppoe")).value(QStringLiteral("password")).toString(),
-             QStringLiteral("selbst"));
-    QCOMPARE(built.value(QStringLiteral("pppoe")).value(QStringLiteral("username")).toString(),
-             QStringLiteral("anonymer"));
+    own.Passwort = "selbst";
+    const QVariantMap pppoe =
+        NetworkManagerRemoteAccess::BuildDialParams(own, {{"connection", {{"type", "pppoe"}}}})
+            .value("pppoe");
+    QCOMPARE(Values(pppoe, {"username", "password"}), QStringList({"anonymer", "selbst"}));
   }
 
   void dialFollowsDeviceAndConnectionStates() {
     QSignalSpy progress(ras_.get(), &RemoteAccess::DialProgress);
-    const QString handle =
-        ras_->DialEntry(QStringLiteral("Mobil"), *ras_->GetDialParams(QStringLiteral("Mobil")));
-    QVERIFY(handle.startsWith(QStringLiteral("/org/freedesktop/NetworkManager/ActiveConnection/")));
+    const QString handle = ras_->DialEntry("Mobil", *ras_->GetDialParams("Mobil"));
+    QVERIFY(handle.startsWith(kRoot + "/ActiveConnection/"));
     QTRY_COMPARE(progress.count(), 1);
-    QCOMPARE(progress.at(0), (QList<QVariant>{handle, RasState::OpenPort}));
 
     // The service names the modem once it has picked it.
-    Call(QStringLiteral("/org/freedesktop/NetworkManager"), kMock, QStringLiteral("SetProperty"),
-         {handle, kActive, QStringLiteral("Devices"),
+    Call(kRoot, kMock, "SetProperty",
+         {handle, kActive, "Devices",
           QVariant::fromValue(
               QDBusVariant(QVariant::fromValue(QList<QDBusObjectPath>{QDBusObjectPath(device_)})))});
     QTest::qWait(300);
     for (const uint state : {40u, 50u, 60u, 70u, 80u}) {
-      Emit(device_, kDevice, QStringLiteral("uuu"), {state, 30u, 0u});
+      Emit(device_, kDevice, "uuu", {state, 30u, 0u});
     }
-    Emit(handle, kActive, QStringLiteral("uu"), {2u, 0u});
+    Emit(handle, kActive, "uu", {2u, 0u});
     QTRY_COMPARE(progress.count(), 7);
     QList<quint32> states;
     for (const QList<QVariant>& signal : std::as_const(progress)) {
@@ -174,24 +155,21 @@ class TestNetworkManager : public QObject {
                                      RasState::Authenticate, RasState::Authenticate, RasState::Authenticated,
                                      RasState::Connected}));
     // Once connected, later changes are no longer the dial's business.
-    Emit(device_, kDevice, QStringLiteral("uuu"), {120u, 100u, 0u});
+    Emit(device_, kDevice, "uuu", {120u, 100u, 0u});
     QTest::qWait(200);
     QCOMPARE(progress.count(), 7);
 
-    const QList<RasConnection> up = ras_->GetRasConnections();
-    QCOMPARE(up.size(), 1);
-    QCOMPARE(up.at(0).handle, handle);
-    QCOMPARE(up.at(0).entryName, QStringLiteral("Mobil"));
-    QCOMPARE(up.at(0).deviceType, QStringLiteral("gsm"));
-    QCOMPARE(up.at(0).deviceName, QStringLiteral("ttyUSB0"));
-    QCOMPARE(up.at(0).interfaceName, QStringLiteral("ttyUSB0"));
+    const RasConnection up = ras_->GetRasConnections().value(0);
+    QCOMPARE(ras_->GetRasConnections().size(), 1);
+    QCOMPARE(QStringList({up.handle, up.entryName, up.deviceType, up.deviceName, up.interfaceName}),
+             QStringList({handle, "Mobil", "gsm", "ttyUSB0", "ttyUSB0"}));
     QCOMPARE(ras_->GetConnectState(handle)->state, RasState::Connected);
 
     // A failed dial ends the box with the line gone.
-    const QString second = ras_->DialEntry(QStringLiteral("T-Online"), {});
+    const QString second = ras_->DialEntry("T-Online", {});
     QVERIFY(!second.isEmpty());
     QTRY_COMPARE(progress.count(), 8);
-    Emit(second, kActive, QStringLiteral("uu"), {4u, 0u});
+    Emit(second, kActive, "uu", {4u, 0u});
     QTRY_COMPARE(progress.count(), 9);
     QCOMPARE(progress.last(), (QList<QVariant>{second, RasState::Disconnected}));
 
@@ -206,52 +184,38 @@ class TestNetworkManager : public QObject {
 
   void connectionsComeAndGoFromOutside() {
     QSignalSpy changed(ras_.get(), &RemoteAccess::ConnectionsChanged);
-    const QString active =
-        Call(QStringLiteral("/org/freedesktop/NetworkManager"), kMock, QStringLiteral("AddActiveConnection"),
-             {QStringList{device_}, tonline_, QStringLiteral("/"), QStringLiteral("ext"), 2u})
-            .arguments()
-            .value(0)
-            .toString();
+    const QString active = AddActive(tonline_, "ext");
     QTRY_COMPARE(changed.count(), 1);
-    QCOMPARE(ras_->GetRasConnections().value(0).entryName, QStringLiteral("T-Online"));
-    Call(QStringLiteral("/org/freedesktop/NetworkManager"), kMock, QStringLiteral("RemoveActiveConnection"),
-         {device_, active});
+    QCOMPARE(ras_->GetRasConnections().value(0).entryName, u"T-Online"_s);
+    Call(kRoot, kMock, "RemoveActiveConnection", {device_, active});
     QTRY_COMPARE(changed.count(), 2);
     QVERIFY(ras_->GetRasConnections().isEmpty());
   }
 
+  // The session's own user and password go in beside the profile's other
+  // secrets: a SIM PIN must not be lost.
   void ownDialDataGoesIntoTheProfileForTheSession() {
-    RasDialParams own = *ras_->GetDialParams(QStringLiteral("Mobil"));
-    own.Benutzer = QStringLiteral("selbst");
-    own.Passwort = QStringLiteral("eigenes");
-    const QString handle = ras_->DialEntry(QStringLiteral("Mobil"), own);
+    RasDialParams own = *ras_->GetDialParams("Mobil");
+    own.Benutzer = "selbst";
+    own.Passwort = "eigenes";
+    const QString handle = ras_->DialEntry("Mobil", own);
     QVERIFY(!handle.isEmpty());
-    const NMSettings unsaved =
-        qdbus_cast<NMSettings>(Call(mobil_, kMock, QStringLiteral("Unsaved")).arguments().value(0));
-    const QVariantMap gsm = unsaved.value(QStringLiteral("gsm"));
-    QCOMPARE(gsm.value(QStringLiteral("username")).toString(), QStringLiteral("selbst"));
-    QCOMPARE(gsm.value(QStringLiteral("password")).toString(), QStringLiteral("eigenes"));
-    QCOMPARE(gsm.value(QStringLiteral("pin")).toString(), QStringLiteral("1234"));
-    QCOMPARE(gsm.value(QStringLiteral("number")).toString(), QStringLiteral("*99#"));
-    QCOMPARE(unsaved.value(QStringLiteral("connection")).value(QStringLiteral("id")).toString(),
-             QStringLiteral("Mobil"));
+    const NMSettings unsaved = qdbus_cast<NMSettings>(Call(mobil_, kMock, "Unsaved"));
+    QCOMPARE(Values(unsaved.value("gsm"), {"username", "password", "pin", "number"}),
+             QStringList({"selbst", "eigenes", "1234", "*99#"}));
+    QCOMPARE(unsaved.value("connection").value("id").toString(), u"Mobil"_s);
     QVERIFY(ras_->HangUp(handle));
   }
 
   void aServiceThatHangsCostsAMoment() {
-    const QString active =
-        Call(QStringLiteral("/org/freedesktop/NetworkManager"), kMock, QStringLiteral("AddActiveConnection"),
-             {QStringList{device_}, mobil_, QStringLiteral("/"), QStringLiteral("hang"), 2u})
-            .arguments()
-            .value(0)
-            .toString();
+    const QString active = AddActive(mobil_, "hang");
     QTRY_COMPARE(ras_->GetRasConnections().size(), 1);
     test::PrivateBus::Freeze(*mock_);
     QElapsedTimer clock;
     clock.start();
     QVERIFY(ras_->GetRasConnections().isEmpty());
     QVERIFY(ras_->GetEntries().isEmpty());
-    QVERIFY(ras_->DialEntry(QStringLiteral("Mobil"), {}).isEmpty());
+    QVERIFY(ras_->DialEntry("Mobil", {}).isEmpty());
     QVERIFY(clock.elapsed() < 3000);
     // Not knowing, the hang-up waits for its time and no longer.
     ras_->SetHangUpTimeout(800);
@@ -265,7 +229,7 @@ class TestNetworkManager : public QObject {
 
   void theServiceVanishes() {
     QSignalSpy progress(ras_.get(), &RemoteAccess::DialProgress);
-    const QString handle = ras_->DialEntry(QStringLiteral("T-Online"), {});
+    const QString handle = ras_->DialEntry("T-Online", {});
     QVERIFY(!handle.isEmpty());
     QTRY_COMPARE(progress.count(), 1);
     mock_->terminate();
@@ -276,11 +240,11 @@ class TestNetworkManager : public QObject {
     clock.start();
     QVERIFY(ras_->GetRasConnections().isEmpty());
     QVERIFY(ras_->GetEntries().isEmpty());
-    QVERIFY(!ras_->GetDialParams(QStringLiteral("T-Online")));
+    QVERIFY(!ras_->GetDialParams("T-Online"));
     QVERIFY(ras_->HangUp(handle));
     QVERIFY(clock.elapsed() < 1000);
-    QVERIFY(!NetworkManagerRemoteAccess::IsAvailable(*connection_));
-    QVERIFY(!dynamic_cast<NetworkManagerRemoteAccess*>(CreateRemoteAccess(*connection_).get()));
+    QVERIFY(!NetworkManagerRemoteAccess::IsAvailable(bus_.connection()));
+    QVERIFY(!dynamic_cast<NetworkManagerRemoteAccess*>(CreateRemoteAccess(bus_.connection()).get()));
   }
 };
 

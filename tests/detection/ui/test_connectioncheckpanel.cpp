@@ -1,18 +1,12 @@
 #include "detection/ConCheck.h"
 #include "detection/Probes.h"
 #include "detection/ui/ConnectionCheckPanel.h"
-#include "frame/AppState.h"
-#include "frame/Clock.h"
-#include "frame/Services.h"
 #include "support/FindControl.h"
-#include "support/RecordingPrompter.h"
-#include "support/TempDataDir.h"
 #include "support/TestServices.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -21,6 +15,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -43,11 +38,10 @@ class FakeLine final : public TapiLine {
 };
 
 struct Desk : test::TestServices {
-  Desk() : test::TestServices(QDateTime(QDate(2024, 1, 1), QTime(10, 0))) {}
   FakeBus bus;
   FakeLine line;
 
-  QByteArray conCheck() const { return data.read(QStringLiteral("Config/ConCheck.cfg")); }
+  QByteArray conCheck() const { return data.read("Config/ConCheck.cfg"); }
 };
 
 using test::Find;
@@ -76,37 +70,22 @@ class TestConnectionCheckPanel : public QObject {
     Desk desk;
     {
       ConnectionCheckPanel panel(desk.services);
-      QCOMPARE(panel.objectName(), QStringLiteral("ConnectionCheck"));
-      QCOMPARE(panel.findChild<QGroupBox*>()->title(), QStringLiteral("Überwachungsmethoden"));
-      QCOMPARE(
-          Box(panel, 0)->text(),
-          QStringLiteral("IP Methode (erkennt Verbindungen, die per Modem (incl. DSL) aufgebaut werden)"));
-      QCOMPARE(Box(panel, 1)->text(), QStringLiteral("Internet Explorer Methode (Modem/DSL)"));
-      QCOMPARE(
-          Box(panel, 2)->text(),
-          QStringLiteral("TAPI Methode (erkennt Verbindungen, die per Modem (incl. DSL) aufgebaut werden)"));
-      QCOMPARE(Box(panel, 3)->text(), QStringLiteral("LAN und Proxy Verbindungen erkennen."));
-      auto* interval = Find<QComboBox>(panel, QStringLiteral("comInterval"));
-      QCOMPARE(interval->count(), 10);
-      QCOMPARE(interval->itemText(0), QStringLiteral("1"));
-      QCOMPARE(interval->itemText(9), QStringLiteral("10"));
-      QCOMPARE(Find<QLabel>(panel, QStringLiteral("lblIntervalLead"))->text() + QStringLiteral(" n ") +
-                   Find<QLabel>(panel, QStringLiteral("lblIntervalRest"))->text(),
-               QStringLiteral("Alle n Sekunden überprüfen ob eine Internetverbindung gestartet wurde."));
-      QCOMPARE(Find<QPushButton>(panel, QStringLiteral("Command1"))->text(), QStringLiteral("Hinweise..."));
+      // The sentence is split around the interval list.
+      QCOMPARE(Find<QLabel>(panel, "lblIntervalLead")->text() + " n " +
+                   Find<QLabel>(panel, "lblIntervalRest")->text(),
+               u"Alle n Sekunden überprüfen ob eine Internetverbindung gestartet wurde."_s);
       // Without files: the Internet state method alone, every 2 seconds.
       QCOMPARE(Checked(panel), QStringList{"1"});
-      QCOMPARE(interval->currentText(), QStringLiteral("2"));
+      QCOMPARE(Find<QComboBox>(panel, "comInterval")->currentText(), u"2"_s);
     }
-    QVERIFY(!desk.data.dir().FileExists(QStringLiteral("Config/ConCheck.cfg")));
+    QVERIFY(!desk.data.dir().FileExists(u"Config/ConCheck.cfg"_s));
 
-    desk.data.write(QStringLiteral("Config/ConCheck.cfg"), " 1 \r\n 0 \r\n 1 \r\n 1 \r\n 10 \r\n");
-    desk.data.write(QStringLiteral("Config/IgnoredIPs.cfg"), "192.168.*.*,10.0.0.1\r\n");
+    desk.data.write("Config/ConCheck.cfg", " 1 \r\n 0 \r\n 1 \r\n 1 \r\n 10 \r\n");
+    desk.data.write("Config/IgnoredIPs.cfg", "192.168.*.*,10.0.0.1\r\n");
     ConnectionCheckPanel panel(desk.services);
     QCOMPARE(Checked(panel), (QStringList{"0", "2", "3"}));
-    QCOMPARE(Find<QComboBox>(panel, QStringLiteral("comInterval"))->currentText(), QStringLiteral("10"));
-    QCOMPARE(Find<QLineEdit>(panel, QStringLiteral("IgnoredIPs"))->text(),
-             QStringLiteral("192.168.*.*,10.0.0.1"));
+    QCOMPARE(Find<QComboBox>(panel, "comInterval")->currentText(), u"10"_s);
+    QCOMPARE(Find<QLineEdit>(panel, "IgnoredIPs")->text(), u"192.168.*.*,10.0.0.1"_s);
     QCOMPARE(desk.conCheck(), QByteArray(" 1 \r\n 0 \r\n 1 \r\n 1 \r\n 10 \r\n"));
     QVERIFY(desk.prompter.messages.isEmpty());
   }
@@ -120,7 +99,7 @@ class TestConnectionCheckPanel : public QObject {
     Box(panel, 0)->click();
     QVERIFY(desk.state.MethodIP);
     QCOMPARE(desk.conCheck(), QByteArray(" 1 \r\n 1 \r\n 0 \r\n 0 \r\n 2 \r\n"));
-    Find<QComboBox>(panel, QStringLiteral("comInterval"))->setCurrentIndex(9);
+    Find<QComboBox>(panel, "comInterval")->setCurrentIndex(9);
     QCOMPARE(desk.state.CheckInterval, 10);
     QCOMPARE(interval.last().first().toInt(), 10000);
     QCOMPARE(desk.conCheck(), QByteArray(" 1 \r\n 1 \r\n 0 \r\n 0 \r\n 10 \r\n"));
@@ -133,13 +112,9 @@ class TestConnectionCheckPanel : public QObject {
     QVERIFY(!desk.state.MethodIE && !desk.state.MethodLAN);
     QCOMPARE(desk.conCheck(), QByteArray(" 1 \r\n 0 \r\n 0 \r\n 0 \r\n 10 \r\n"));
     QCOMPARE(desk.prompter.messages.size(), 1);
-    QVERIFY(desk.prompter.messages[0].contains(QStringLiteral("'NetworkManager'")));
-  }
+    QVERIFY(desk.prompter.messages[0].contains("'NetworkManager'"));
 
-  void tapiBoxOpensAndClosesTheLine() {
-    Desk desk;
-    ConnectionCheckPanel panel(desk.services);
-    panel.SetPlatform(&desk.bus, &desk.line);
+    // The TAPI box opens and closes the modem line.
     Box(panel, 2)->click();
     QCOMPARE(desk.line.opened, 1);
     QVERIFY(desk.state.MethodTAPI);
@@ -152,31 +127,30 @@ class TestConnectionCheckPanel : public QObject {
     Box(panel, 2)->click();
     QVERIFY(Box(panel, 2)->isChecked());
     QVERIFY(!desk.state.MethodTAPI);
-    QCOMPARE(desk.conCheck(), QByteArray(" 0 \r\n 1 \r\n 0 \r\n 1 \r\n 2 \r\n"));
-    QCOMPARE(desk.prompter.messages.size(), 1);
-    QVERIFY(desk.prompter.messages[0].startsWith(QStringLiteral("Fehler beim Initialisieren der TAPI")));
+    QCOMPARE(desk.conCheck(), QByteArray(" 1 \r\n 0 \r\n 0 \r\n 1 \r\n 10 \r\n"));
+    QCOMPARE(desk.prompter.messages.size(), 2);
+    QVERIFY(desk.prompter.messages[1].startsWith("Fehler beim Initialisieren der TAPI"));
   }
 
   void ignoredAddressesWrittenWhenLeft() {
     Desk desk;
-    desk.state.IgnoredIPTable = {QStringLiteral("127.*.*.*")};
+    desk.state.IgnoredIPTable = {"127.*.*.*"};
     ConnectionCheckPanel panel(desk.services);
     panel.show();
     QApplication::setActiveWindow(&panel);
     QVERIFY(QTest::qWaitForWindowActive(&panel));
-    auto* field = Find<QLineEdit>(panel, QStringLiteral("IgnoredIPs"));
+    auto* field = Find<QLineEdit>(panel, "IgnoredIPs");
     field->setFocus();
-    QTest::keyClicks(field, QStringLiteral("192.168.*.*, 10.0.0.1"));
-    QVERIFY(!desk.data.dir().FileExists(QStringLiteral("Config/IgnoredIPs.cfg")));
-    Find<QComboBox>(panel, QStringLiteral("comInterval"))->setFocus();
-    QCOMPARE(desk.data.read(QStringLiteral("Config/IgnoredIPs.cfg")),
-             QByteArray("192.168.*.*, 10.0.0.1\r\n"));
+    QTest::keyClicks(field, "192.168.*.*, 10.0.0.1");
+    QVERIFY(!desk.data.dir().FileExists(u"Config/IgnoredIPs.cfg"_s));
+    Find<QComboBox>(panel, "comInterval")->setFocus();
+    QCOMPARE(desk.data.read("Config/IgnoredIPs.cfg"), QByteArray("192.168.*.*, 10.0.0.1\r\n"));
     // The running table changes only at the next start.
     QCOMPARE(desk.state.IgnoredIPTable, QStringList{"127.*.*.*"});
 
-    Find<QPushButton>(panel, QStringLiteral("Command1"))->click();
+    Find<QPushButton>(panel, "Command1")->click();
     QCOMPARE(desk.prompter.messages, QStringList{IgnoredIPsHint()});
-    QVERIFY(IgnoredIPsHint().contains(QStringLiteral("also nich \"192.168.*\" sondern \"192.168.*.*\".")));
+    QVERIFY(IgnoredIPsHint().contains("also nich \"192.168.*\" sondern \"192.168.*.*\"."));
   }
 };
 
