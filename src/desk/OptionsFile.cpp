@@ -121,10 +121,13 @@ bool WriteDenyList(const DataDir& dir, const QList<DenyEntry>& entries) {
 }
 
 bool IsUnwantedConnection(Services& services, RemoteAccess& remote) {
+  return services.state.OnlyMarkedEntries && IsUnwantedConnection(services, remote, remote.GetRasConnections());
+}
+
+bool IsUnwantedConnection(Services& services, RemoteAccess& remote, const QList<RasConnection>& connections) {
   if (!services.state.OnlyMarkedEntries) {
     return false;
   }
-  const QList<RasConnection> connections = remote.GetRasConnections();
   if (connections.isEmpty()) {
     return false;
   }

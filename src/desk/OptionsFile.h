@@ -8,6 +8,7 @@ namespace minutor {
 class DataDir;
 class Prompter;
 class RemoteAccess;
+struct RasConnection;
 struct AppState;
 struct Services;
 
@@ -49,6 +50,8 @@ bool WriteDenyList(const DataDir& dir, const QList<DenyEntry>& entries);
 // the last connection of the system unless Deny.sec allows its entry, and
 // returns true then. A connection the system doesn't report is left alone.
 bool IsUnwantedConnection(Services& services, RemoteAccess& remote);
+// The same with the system's connections already at hand.
+bool IsUnwantedConnection(Services& services, RemoteAccess& remote, const QList<RasConnection>& connections);
 
 // The desktop file that starts the program with the session:
 // $XDG_CONFIG_HOME/autostart/minutor.desktop, ~/.config when the variable is

@@ -47,10 +47,8 @@ bool MonitoringLoop::CheckAllowedEntry() {
   }
   // A connection the system doesn't report can't be hung up, but it isn't
   // recorded either: it can't be told apart from a dialer's.
-  if (remote_.GetRasConnections().isEmpty()) {
-    return true;
-  }
-  return IsUnwantedConnection(services_, remote_);
+  const QList<RasConnection> connections = remote_.GetRasConnections();
+  return connections.isEmpty() || IsUnwantedConnection(services_, remote_, connections);
 }
 
 bool MonitoringLoop::ConnectionEnded() {

@@ -229,18 +229,22 @@ NMSettings NetworkManagerRemoteAccess::BuildDialParams(const RasDialParams& reco
   return settings;
 }
 
+NMSettings NetworkManagerRemoteAccess::GetSecrets(const Profile& profile) {
+  // Secrets come only where the profile stores them and the user may read
+  // them; the service never asks anybody on this call.
+  NMProfileProxy proxy(kService, profile.path, bus_);
+  proxy.setTimeout(kReadTimeoutMs);
+  QDBusPendingReply<NMSettings> secrets = proxy.GetSecrets(DialSetting(profile.settings));
+  secrets.waitForFinished();
+  return secrets.isError() ? NMSettings() : secrets.value();
+}
+
 std::optional<RasDialParams> NetworkManagerRemoteAccess::GetDialParams(const QString& entry) {
   const std::optional<Profile> profile = FindProfile(entry);
   if (!profile) {
     return std::nullopt;
   }
-  // Secrets come only where the profile stores them and the user may read
-  // them; the service never asks anybody on this call.
-  NMProfileProxy proxy(kService, profile->path, bus_);
-  proxy.setTimeout(kReadTimeoutMs);
-  QDBusPendingReply<NMSettings> secrets = proxy.GetSecrets(DialSetting(profile->settings));
-  secrets.waitForFinished();
-  return ParseDialParams(profile->settings, secrets.isError() ? NMSettings() : secrets.value());
+  return ParseDialParams(profile->settings, GetSecrets(*profile));
 }
 
 QString NetworkManagerRemoteAccess::DialEntry(const QString& entry, const RasDialParams& params) {
@@ -248,25 +252,21 @@ QString NetworkManagerRemoteAccess::DialEntry(const QString& entry, const RasDia
   if (!profile) {
     return {};
   }
-  const std::optional<RasDialParams> stored = GetDialParams(entry);
-  if (stored && (params.Telefon != stored->Telefon || params.Benutzer != stored->Benutzer ||
-                 params.Passwort != stored->Passwort)) {
+  const NMSettings secrets = GetSecrets(*profile);
+  const RasDialParams stored = ParseDialParams(profile->settings, secrets);
+  if (params.Telefon != stored.Telefon || params.Benutzer != stored.Benutzer ||
+      params.Passwort != stored.Passwort) {
     // The program's own dial data goes into the profile for this session
     // only; what the user saved in the system stays as it was. The update
     // replaces the setting's secrets, so the others (a SIM's PIN) go along.
-    NMProfileProxy proxy(kService, profile->path, bus_);
-    proxy.setTimeout(kDialTimeoutMs);
     NMSettings settings = profile->settings;
-    QDBusPendingReply<NMSettings> secrets = proxy.GetSecrets(DialSetting(settings));
-    secrets.waitForFinished();
-    if (!secrets.isError()) {
-      const NMSettings stored = secrets.value();
-      for (auto setting = stored.begin(); setting != stored.end(); ++setting) {
-        for (auto key = setting->begin(); key != setting->end(); ++key) {
-          settings[setting.key()].insert(key.key(), key.value());
-        }
+    for (auto setting = secrets.begin(); setting != secrets.end(); ++setting) {
+      for (auto key = setting->begin(); key != setting->end(); ++key) {
+        settings[setting.key()].insert(key.key(), key.value());
       }
     }
+    NMProfileProxy proxy(kService, profile->path, bus_);
+    proxy.setTimeout(kDialTimeoutMs);
     QDBusPendingReply<> updated = proxy.UpdateUnsaved(BuildDialParams(params, settings));
     updated.waitForFinished();
   }

@@ -62,6 +62,8 @@ class NetworkManagerRemoteAccess final : public RemoteAccess {
   };
   QList<Profile> GetProfiles();
   std::optional<Profile> FindProfile(const QString& entry);
+  // The secrets of the profile's dial setting; empty when they can't be read.
+  NMSettings GetSecrets(const Profile& profile);
   QVariantMap GetAllProperties(const QString& path, const QString& interfaceName);
   void WatchDial(const QString& activePath);
   void RefreshDialDevices(const QString& activePath);
