@@ -1,0 +1,135 @@
+#include "history/ChartDrawing.h"
+
+#include <QTest>
+
+#include <cmath>
+#include <numbers>
+
+using namespace minutor;
+
+namespace {
+
+constexpr quint32 kValueColour = 0x0064B4;
+constexpr quint32 kAverageColour = 0x008000;
+
+QList<ChartShape> Shapes(const ChartPicture& picture, ChartShape::Kind kind, quint32 rgb) {
+  QList<ChartShape> found;
+  for (const ChartShape& shape : picture.shapes) {
+    if (shape.kind == kind && shape.rgb == rgb) {
+      found.append(shape);
+    }
+  }
+  return found;
+}
+
+// The scale label printed at the height of the axis' top tick.
+QString TopLabel(const ChartPicture& picture) {
+  for (const ChartShape& shape : picture.shapes) {
+    if (shape.kind == ChartShape::Kind::Text && shape.alignRight && shape.a == QPointF(35, 11)) {
+      return shape.text;
+    }
+  }
+  return {};
+}
+
+ChartData Days(std::initializer_list<std::pair<int, float>> values) {
+  ChartData data;
+  for (const auto& [day, value] : values) {
+    data.days[static_cast<std::size_t>(day - 1)] = value;
+  }
+  return data;
+}
+
+}  // namespace
+
+class TestChartDrawing : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void anEmptyMonthHasEmptyBarsAndTheAverageNearTheAxis() {
+    const ChartPicture picture =
+        DrawDiagramm({}, ChartMeasure::Kosten, ChartStyle::Balken, QStringLiteral("€"));
+    QCOMPARE(picture.axisX, QStringLiteral("X: Tage"));
+    QCOMPARE(picture.axisY, QStringLiteral("Y: Kosten (€)"));
+    const QList<ChartShape> bars = Shapes(picture, ChartShape::Kind::Box, kValueColour);
+    QCOMPARE(bars.size(), 31);
+    for (const ChartShape& bar : bars) {
+      QCOMPARE(bar.a.y(), 235.0);
+    }
+    const QList<ChartShape> average = Shapes(picture, ChartShape::Kind::Line, kAverageColour);
+    QCOMPARE(average.size(), 1);
+    QCOMPARE(average[0].a, QPointF(41, 235 - 220.0 / 31));
+    QCOMPARE(average[0].b, QPointF(444, 235 - 220.0 / 31));
+    QCOMPARE(TopLabel(picture), QStringLiteral("1,00"));
+  }
+
+  void scaleLabelsCarryDecimalsBelowAHundred() {
+    struct Case {
+      ChartMeasure measure;
+      float max;
+      const char* top;
+      const char* axis;
+    };
+    const Case cases[] = {
+        {ChartMeasure::Dauer, 90, "1,5", "Y: Dauer (Min)"},  // seconds, shown in minutes
+        {ChartMeasure::Dauer, 6600, "110", "Y: Dauer (Min)"},
+        {ChartMeasure::Kosten, 99.5f, "99,50", "Y: Kosten (DM)"},
+        {ChartMeasure::Transfer, 100, "100", "Y: Transfer (MB)"},
+    };
+    for (const Case& c : cases) {
+      const ChartPicture picture =
+          DrawDiagramm(Days({{5, c.max}}), c.measure, ChartStyle::Linien, QStringLiteral("DM"));
+      QCOMPARE(TopLabel(picture), QString::fromUtf8(c.top));
+      QCOMPARE(picture.axisY, QString::fromUtf8(c.axis));
+    }
+  }
+
+  void daysStandThirteenPixelsApart() {
+    const ChartData data = Days({{3, 10}, {4, 5}});
+    const double average = 235 - 15 * 220.0 / (10 * 31);
+
+    const ChartPicture bars = DrawDiagramm(data, ChartMeasure::Transfer, ChartStyle::Balken, {});
+    const QList<ChartShape> boxes = Shapes(bars, ChartShape::Kind::Box, kValueColour);
+    QCOMPARE(boxes[2].a, QPointF(68, 15));
+    QCOMPARE(boxes[2].b, QPointF(77, 235));
+    QCOMPARE(boxes[3].a, QPointF(81, 125));
+    QCOMPARE(Shapes(bars, ChartShape::Kind::Line, kAverageColour)[0].a.y(), average);
+
+    const ChartPicture lines = DrawDiagramm(data, ChartMeasure::Transfer, ChartStyle::Linien, {});
+    const QList<ChartShape> segments = Shapes(lines, ChartShape::Kind::Line, kValueColour);
+    QCOMPARE(segments.size(), 30);
+    QCOMPARE(segments[2].a, QPointF(72.5, 15));
+    QCOMPARE(segments[2].b, QPointF(85.5, 125));
+    const QList<ChartShape> dots = Shapes(lines, ChartShape::Kind::Box, kValueColour);
+    QCOMPARE(dots[3].a, QPointF(84, 123));
+    QCOMPARE(dots[3].b, QPointF(87, 127));
+  }
+
+  void piesShareTheFullTurn() {
+    ChartData data;
+    data.pie = {{QStringLiteral("Anna"), 1}, {QStringLiteral("Defekte Aufzeichnungen"), 3}};
+    data.total = 4;
+    const ChartPicture pie = DrawDiagramm(data, ChartMeasure::Benutzer, ChartStyle::Kreis, {});
+    QCOMPARE(pie.axisX, QStringLiteral("Gesamt:"));
+    QCOMPARE(pie.axisY, QStringLiteral("4 Verbind."));
+    QCOMPARE(pie.shapes.size(), 4);
+    const ChartShape& first = pie.shapes[0];
+    QCOMPARE(first.kind, ChartShape::Kind::Sector);
+    QCOMPARE(first.a, QPointF(130, 129));
+    QVERIFY(std::abs(first.end - std::numbers::pi / 2) < 1e-6);
+    QVERIFY(std::abs(pie.shapes[2].start - std::numbers::pi / 2) < 1e-6 &&
+            std::abs(pie.shapes[2].end - 2 * std::numbers::pi) < 1e-6);
+    QCOMPARE(pie.shapes[1].a, QPointF(264, 12));
+    QCOMPARE(pie.shapes[1].text, QStringLiteral("Anna                      (1)"));
+    QCOMPARE(pie.shapes[3].text, QStringLiteral("Defekte Aufzeichnungen    (3)"));
+    QCOMPARE(pie.shapes[3].rgb, 0x9BEB00u);
+
+    data.pie = {{QStringLiteral("Ein Benutzer mit einem sehr langen Namen"), 4}};
+    const ChartPicture whole = DrawDiagramm(data, ChartMeasure::Benutzer, ChartStyle::Kreis, {});
+    QCOMPARE(whole.shapes[0].kind, ChartShape::Kind::Circle);
+    QCOMPARE(whole.shapes[1].text, QStringLiteral("Ein Benutzer mit einem se (4)"));
+  }
+};
+
+QTEST_APPLESS_MAIN(TestChartDrawing)
+#include "test_chart_drawing.moc"

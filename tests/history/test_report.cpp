@@ -1,0 +1,152 @@
+#include "history/Report.h"
+
+#include <QTest>
+
+using namespace minutor;
+
+namespace {
+
+// The deciphered lines of a record.
+QList<QByteArray> Record(const QByteArray& start, const QByteArray& duration, const QByteArray& cost,
+                         const QByteArray& bytes, const QByteArray& entry = "Stick",
+                         const QByteArray& tariff = "Funk - Tag.tel", const QByteArray& user = "Anna") {
+  return {"S01.05.2024", start, duration, "S" + cost, "3", "0", "0", bytes, entry, tariff, user, ""};
+}
+
+}  // namespace
+
+class TestReport : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void dayMinutesAreJudgedAtTheEndOfEachMinute() {
+    struct Case {
+      QTime start;
+      qint64 minutes;
+      qint64 day;
+    };
+    const Case cases[] = {
+        {QTime(19, 59), 2, 0},       {QTime(7, 59), 2, 2},       {QTime(7, 59, 59), 1, 1},
+        {QTime(0, 0), 1440, 720},    {QTime(19, 0), 3000, 1499}, {QTime(12, 0), 0, 0},
+        {QTime(23, 30), 60 * 9, 31},
+    };
+    for (const Case& c : cases) {
+      QCOMPARE(CountDayMinutes(c.start, c.minutes), c.day);
+    }
+  }
+
+  void periodsDivideByTheirOwnLengths() {
+    struct Case {
+      const char* period;
+      QDate today;
+      QDate earliest;
+      int days;
+    };
+    const Case cases[] = {
+        {"Dieser Monat", QDate(2024, 2, 10), {}, 28},  // February has 28 days in leap years too
+        {"Dieser Monat", QDate(2024, 5, 1), {}, 31},
+        {"Letzter Monat", QDate(2024, 3, 31), {}, 31},  // 31 February rolls into March
+        {"Letzter Monat", QDate(2024, 1, 15), {}, 31},
+        {"Vorletzter Monat", QDate(2024, 6, 15), {}, 30},
+        {"Dieses Jahr", QDate(2024, 6, 15), {}, 365},
+        {"Letztes Jahr", QDate(2024, 6, 15), {}, 7},
+        {"Gesamt", QDate(2024, 6, 15), QDate(2024, 6, 15), 7},
+        {"Gesamt", QDate(2024, 6, 15), QDate(2024, 6, 5), 10},
+    };
+    for (const Case& c : cases) {
+      QCOMPARE(GetPeriodDays(QString::fromUtf8(c.period), c.today, c.earliest), c.days);
+    }
+  }
+
+  void noRecordsGiveTheShortTexts() {
+    const ReportTexts texts = ReportSentences({}, 31, QStringLiteral("[Alle]"), QStringLiteral("€"));
+    QCOMPARE(texts.sentences[0],
+             QStringLiteral("Eine Auswertung ist aufgrund unzureichender Daten nicht möglich."));
+    QCOMPARE(texts.sentences[7], QStringLiteral("Die meistgewählte DFÜ Verbindung ist nicht ermittelbar."));
+    QCOMPARE(texts.sentences[8], QStringLiteral("Der meistgenutzte Tarif ist nicht ermittelbar."));
+    QCOMPARE(texts.sentences[9], QStringLiteral("Der aktivste Benutzer ist nicht ermittelbar."));
+    QCOMPARE(texts.sentences[10],
+             QStringLiteral("Eine Einschätzung ist aufgrund unzureichender Daten nicht möglich."));
+    QCOMPARE(texts.sentences[3],
+             QStringLiteral("Die durchschnittlichen Verbindungskosten liegen bei 0,00 €."));
+    QCOMPARE(texts.dauer, QStringLiteral("00:00:00"));
+    QCOMPARE(texts.kosten, QStringLiteral("0,00 €"));
+    QCOMPARE(texts.transfer, QStringLiteral("0 KB"));
+  }
+
+  void recordsAddUpToSentencesAndTotals() {
+    ReportTotals totals;
+    QVERIFY(AddToReport(totals, Record("07:59:00", "01:00:40", "1,50", "2500000")));
+    QVERIFY(AddToReport(totals, Record("19:59:00", "00:02:30", "0,25", "500000", "DSL", "Funk - Nacht.atl")));
+    QVERIFY(
+        AddToReport(totals, Record("22:00:00", "00:31:50", "0,25", "0", "DSL", "Funk - Tag.tel", "Bert")));
+    // A duration past a day's clock adds its hours alone; a record short of
+    // a line is passed over.
+    QVERIFY(AddToReport(totals, Record("10:00:00", "25:10:30", "0", "0", "DSL", "Funk - Tag.tel", "Bert")));
+    QList<QByteArray> shortRecord = Record("10:00:00", "01:00:00", "1", "1");
+    shortRecord.resize(10);
+    QVERIFY(!AddToReport(totals, shortRecord));
+
+    QCOMPARE(totals.connections, qint64(4));
+    // From 07:59 for an hour: 08:00 to 08:59 is day; 25 hours from 10:00 hold
+    // 12 day hours and the hour from 10:01 to 11:00.
+    QCOMPARE(totals.dayMinutes, qint64(60 + 780));
+    QCOMPARE(totals.nightMinutes, qint64(2 + 31 + 720));
+    const ReportTexts texts = ReportSentences(totals, 31, QStringLiteral("[Alle]"), QStringLiteral("€"));
+    QCOMPARE(texts.dauer, QStringLiteral("26:35:00"));
+    QCOMPARE(texts.kosten, QStringLiteral("2,00 €"));
+    QCOMPARE(texts.transfer, QStringLiteral("3000 KB"));
+    QCOMPARE(
+        texts.sentences[0],
+        QStringLiteral(
+            "Sie surfen mehr tagsüber als nachts (52% zwischen 8 und 20 Uhr, 48% in der restlichen Zeit)."));
+    // On equal counts the name met first is named.
+    QCOMPARE(texts.sentences[7],
+             QStringLiteral("Die meistgewählte DFÜ Verbindung ist: DSL (3 Verbindungen)"));
+    QCOMPARE(texts.sentences[8],
+             QStringLiteral("Der meistgenutzte Tarif lautet: Funk - Tag.tel (3 Verbindungen)"));
+    QCOMPARE(texts.sentences[9], QStringLiteral("Der aktivste Benutzer ist: Anna (2 Verbindungen)"));
+    QCOMPARE(texts.sentences[1],
+             QStringLiteral("Die durchschnittliche Verbindungsdauer liegt bei 399 Minuten."));
+    QCOMPARE(texts.sentences[2],
+             QStringLiteral(
+                 "Pro Tag verbringen sie durchschnittlich 51 Minuten, pro Woche 6,0 Stunden im Internet."));
+    QCOMPARE(texts.sentences[6],
+             QStringLiteral("Pro Tag ergibt sich ein Transfervolumen von durchschnittlich 97 "
+                            "KB, pro Woche 1 MB."));
+    QCOMPARE(texts.sentences[10],
+             QStringLiteral("Das entspricht einem Normalnutzer mit sehr geringem Datenaufkommen."));
+
+    const ReportTexts oneUser = ReportSentences(totals, 31, QStringLiteral("Anna"), QStringLiteral("€"));
+    QCOMPARE(
+        oneUser.sentences[9],
+        QStringLiteral("Stellen Sie als Benutzer \"[Alle]\" ein um den aktivsten Benutzer zu ermitteln."));
+  }
+
+  void classesChangeAboveTheirBounds() {
+    struct Case {
+      qint64 minutesPerDay;
+      double kbPerDay;
+      const char* sentence;
+    };
+    const Case cases[] = {
+        {20, 1000, "Das entspricht einem Wenignutzer mit sehr geringem Datenaufkommen."},
+        {21, 1001, "Das entspricht einem Gelegenheitsnutzer mit geringem Datenaufkommen."},
+        {51, 4001, "Das entspricht einem Normalnutzer mit normalen Datenaufkommen."},
+        {101, 20001, "Das entspricht einem Vielnutzer mit großem Datenaufkommen."},
+        {201, 50001, "Das entspricht einem Powernutzer mit sehr großem Datenaufkommen."},
+        {201, 100001, "Das entspricht einem Powernutzer mit imensen Datenaufkommen."},
+    };
+    for (const Case& c : cases) {
+      ReportTotals totals;
+      totals.connections = 2;
+      totals.minutes = c.minutesPerDay * 10;
+      totals.kbSum = c.kbPerDay * 10;
+      QCOMPARE(ReportSentences(totals, 10, QStringLiteral("[Alle]"), QStringLiteral("€")).sentences[10],
+               QString::fromUtf8(c.sentence));
+    }
+  }
+};
+
+QTEST_APPLESS_MAIN(TestReport)
+#include "test_report.moc"
