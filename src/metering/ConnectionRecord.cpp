@@ -160,7 +160,8 @@ SaveResult SaveConnection(const DataDir& dir, const RecordLabels& labels, Prompt
   return SaveResult::Saved;
 }
 
-std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, int count) {
+std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, int count,
+                                                  QList<QByteArray>* cipher) {
   // Records are read by the thousand when the history is scanned, so this
   // path stays close to the bare system calls: one read into a stack buffer
   // for a record of normal size, and the fields deciphered in place.
@@ -203,7 +204,11 @@ std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, i
     if (stop > start && bytes[stop - 1] == '\r') {
       --stop;
     }
-    fields.append(DecryptField(QByteArray::fromRawData(bytes + start, stop - start)));
+    const QByteArray line = QByteArray::fromRawData(bytes + start, stop - start);
+    fields.append(DecryptField(line));
+    if (cipher != nullptr) {
+      cipher->append(QByteArray(line.constData(), line.size()));
+    }
     start = end + 1;
   }
   return fields;

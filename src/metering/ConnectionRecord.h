@@ -46,8 +46,10 @@ enum class SaveResult { Saved, NoStart, Failed };
 SaveResult SaveConnection(const DataDir& dir, const RecordLabels& labels, Prompter& prompter);
 
 // The deciphered lines of a record, read in order while the file has lines,
-// at most `count`. nullopt when the file can't be read.
-std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, int count = 12);
+// at most `count`. nullopt when the file can't be read. With `cipher`, the
+// same lines as they stand in the file are handed back there too.
+std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, int count = 12,
+                                                  QList<QByteArray>* cipher = nullptr);
 
 // The user of a record: the last of up to eleven lines read, deciphered.
 QString RecordUser(const DataDir& dir, const QString& fileName);
