@@ -1,5 +1,6 @@
-// Takes the pictures of the README: the Overview, a running recording and the
-// small window, made by the real program's windows on a sample data directory.
+// Takes the pictures of the README: the Overview, a running recording, the
+// small window, the monthly chart and the analysis, made by the real
+// program's windows on a sample data directory.
 //
 //   minutor_screenshots OUTDIR
 //
@@ -13,8 +14,11 @@
 #include "frame/datadir/DataDir.h"
 #include "frame/ui/MainWindow.h"
 #include "frame/ui/MessageBoxPrompter.h"
+#include "frame/ui/SideBar.h"
+#include "metering/ConnectionRecord.h"
 #include "metering/TrafficSource.h"
 #include "metering/ui/ConnectionPanel.h"
+#include "users/FieldCipher.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -22,6 +26,7 @@
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QToolButton>
 
 #include <cstdio>
 
@@ -43,6 +48,33 @@ bool Save(QWidget* widget, const QString& path) {
   return ok;
 }
 
+// A month of connections up to today: most days one or two, by two users.
+void WriteSampleMonth(const DataDir& dir, const QDate& today) {
+  for (int day = 1; day <= today.day(); ++day) {
+    for (int n = 0; n < (day * 7) % 3; ++n) {
+      RecordLabels l;
+      l.startTag = QDate(today.year(), today.month(), day).toString(QStringLiteral("ddMMyyyy"));
+      l.startTime = QStringLiteral("%1:%2:05").arg(9 + n * 10).arg(day % 60, 2, 10, QLatin1Char('0'));
+      l.dauer =
+          QStringLiteral("00:%1:%2").arg((day * 13 + n * 29) % 55 + 3).arg(day % 60, 2, 10, QLatin1Char('0'));
+      l.kosten = QStringLiteral("0,%1 €").arg((day * 17 + n * 31) % 90 + 5, 2, 10, QLatin1Char('0'));
+      l.einheiten = QStringLiteral("3");
+      l.bytesIn = QStringLiteral("%1 Bytes").arg(day * 1733000);
+      l.bytesOut = QStringLiteral("%1 Bytes").arg(day * 211000);
+      l.bytesInOut = QStringLiteral("%1 Bytes").arg(day * 1944000);
+      l.connectionName = QStringLiteral("Mobilfunk-Stick");
+      l.tarif = n == 0 ? QStringLiteral("Funkwelle - Tag und Nacht.tel")
+                       : QStringLiteral("Mobilnetz Plus - Freiminuten 100.tel");
+      l.benutzer = day % 4 == 0 ? QStringLiteral("Anna") : QStringLiteral("Supervisor");
+      QList<QByteArray> lines;
+      for (const QByteArray& plain : RecordPlainLines(l)) {
+        lines.append(EncryptField(plain));
+      }
+      dir.WriteLines(kRecordFolder + QLatin1Char('/') + RecordFileName(l.startTag, l.startTime), lines);
+    }
+  }
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -60,6 +92,7 @@ int main(int argc, char* argv[]) {
                  {"", "Supervisor", "Funkwelle", "Funkwelle - Tag und Nacht.tel"});
   dir.WriteLines(QStringLiteral("Config/Smallwindow.cfg"), {" 1 "});
   dir.WriteLines(QStringLiteral("Note.dat"), {"Vertrag endet am 31.12.", "Stick: 0171 1234567"});
+  WriteSampleMonth(dir, QDate::currentDate());
 
   AppState state;
   RunStartSteps(dir, DataDir::ShippedLocation(QApplication::applicationDirPath()), state);
@@ -86,5 +119,13 @@ int main(int argc, char* argv[]) {
     window.connection()->CounterStop();
   }
   Wait(300);
+
+  window.sideBar()->ShowPage(1);
+  window.sideBar()->EntryButton(8)->click();
+  Wait(1500);
+  ok = Save(&window, out + QStringLiteral("/chart.png")) && ok;
+  window.sideBar()->EntryButton(9)->click();
+  Wait(1500);
+  ok = Save(&window, out + QStringLiteral("/analysis.png")) && ok;
   return ok ? 0 : 1;
 }

@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include "cli/ChartCommands.h"
 #include "desk/FreeAllowance.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
@@ -44,7 +45,12 @@ const char* const kUsageText =
     "                              a recording of N seconds started by hand with tariff FILE: the\n"
     "                              meter's labels and the record; --save writes the record (and a\n"
     "                              volume tariff's carry-over) as the recording would; TRAFFIC holds\n"
-    "                              lines \"TICK RECEIVED SENT\", the byte counters from that tick on\n";
+    "                              lines \"TICK RECEIVED SENT\", the byte counters from that tick on\n"
+    "  chart --month M --year Y --measure dauer|kosten|transfer|anbieter|benutzer [--style linien|balken]\n"
+    "        [--user U] [--provider P] [--tariff T] [--values] [--output FILE.png|FILE.bmp]\n"
+    "                              a month's chart: the day values or the pie's counts, or the picture\n"
+    "  report [--period ITEM] [--user U] [--today YYYY-MM-DD]\n"
+    "                              the analysis: its eleven sentences and three totals\n";
 
 struct Io {
   std::FILE* in;
@@ -364,6 +370,9 @@ int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* 
     }
     dataDir = args.at(1);
     args = args.mid(2);
+  }
+  if (args.value(0) == QLatin1String("chart") || args.value(0) == QLatin1String("report")) {
+    return RunChartCommand(DataDir(dataDir), args, out, err);
   }
   if (args.size() < 2) {
     return io.Usage(args.isEmpty() ? QString() : QStringLiteral("incomplete command"));

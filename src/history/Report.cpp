@@ -2,6 +2,7 @@
 
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/NumberText.h"
+#include "history/RecordDates.h"
 
 #include <cmath>
 
@@ -13,12 +14,6 @@ const QString kAll = QStringLiteral("[Alle]");
 constexpr int kMinutesPerDay = 1440;
 constexpr int kDayBegins = 8 * 60;
 constexpr int kDayEnds = 20 * 60;
-
-// A date from parts that may lie outside their range: month 0 is December
-// of the year before, day 0 the last day of the month before.
-QDate BuildDate(int year, int month, int day) {
-  return QDate(year, 1, 1).addMonths(month - 1).addDays(day - 1);
-}
 
 // February has 28 days here in every year: the averages were always taken so.
 int MonthLength(int month) {

@@ -1,3 +1,4 @@
+#include "support/RecordFiles.h"
 #include "support/TempDataDir.h"
 
 #include <QDir>
@@ -151,6 +152,40 @@ class TestMinutorctl : public QObject {
     QCOMPARE(Ctl({"simulate", "Test - Zonen.tel", "--seconds", "5"}).code, 2);
   }
 
+  void chartsAndReportsOfTheHistory() {
+    test::TempDataDir data;
+    test::WriteRecord(data, "01112026-100000.con",
+                      test::RecordLines("01.11.2026", "10:00:00", "01:30:00", "1,25"));
+    test::WriteRecord(
+        data, "03112026-210000.con",
+        test::RecordLines("03.11.2026", "21:00:00", "00:10:00", "0,50", "Mobil - Flat.atl", "Bert"));
+    const QStringList month{"--datadir", data.path(), "chart", "--month", "11", "--year", "2026"};
+    const Result days = Ctl(month + QStringList{"--measure", "dauer", "--user", "anna", "--values"});
+    QCOMPARE(days.code, 0);
+    const QList<QByteArray> lines = days.out.split('\n');
+    QCOMPARE(lines.size(), 32);
+    QCOMPARE(lines[0], QByteArray("1\t2160"));  // an hour counts 360 seconds here
+    QCOMPARE(lines[2], QByteArray("3\t0"));
+    QCOMPARE(Ctl(month + QStringList{"--measure", "anbieter", "--values"}).out,
+             QByteArray("M - Funkwelle - Tag und Nacht\t1\nA - Mobil - Flat\t1\n"));
+
+    for (const char* file : {"chart.png", "chart.bmp"}) {
+      const QString path = data.path(QString::fromUtf8(file));
+      QCOMPARE(Ctl(month + QStringList{"--measure", "kosten", "--style", "linien", "--output", path}).code,
+               0);
+      QVERIFY(data.read(QString::fromUtf8(file)).startsWith(path.endsWith("png") ? "\x89PNG" : "BM"));
+    }
+
+    const Result report =
+        Ctl({"--datadir", data.path(), "report", "--period", "Dieser Monat", "--today", "2026-11-23"});
+    QCOMPARE(report.code, 0);
+    const QList<QByteArray> texts = report.out.split('\n');
+    QCOMPARE(texts.size(), 15);
+    QVERIFY(texts[0].startsWith("0\tSie surfen mehr tagsüber als nachts (90% zwischen 8 und 20 Uhr"));
+    QCOMPARE(texts[9], QByteArray("9\tDer aktivste Benutzer ist: Anna (1 Verbindungen)"));
+    QCOMPARE(texts.mid(11, 3), (QList<QByteArray>{"Kosten\t1,75 €", "Dauer\t01:40:00", "Transfer\t4 KB"}));
+  }
+
   void mistakesAreToldApart() {
     test::TempDataDir data;
     const Result noTariff = Ctl({"--datadir", data.path(), "tariff", "price", "Fehlt - X.tel"});
@@ -159,7 +194,10 @@ class TestMinutorctl : public QObject {
     QCOMPARE(Ctl({"--datadir", data.path(), "tariff", "price", "../etc/passwd"}).code, 1);
     for (const QStringList& usage :
          {QStringList(), QStringList{"tariff", "fly"},
-          QStringList{"tariff", "price", "X - Y.tel", "--at", "gestern"}, QStringList{"--datadir"}}) {
+          QStringList{"tariff", "price", "X - Y.tel", "--at", "gestern"}, QStringList{"--datadir"},
+          QStringList{"chart", "--month", "13", "--year", "2026", "--measure", "dauer"},
+          QStringList{"chart", "--month", "1", "--year", "2026", "--measure", "tage", "--values"},
+          QStringList{"report", "--period", "Morgen"}, QStringList{"report", "--today", "23.11.2026"}}) {
       QCOMPARE(Ctl(usage).code, 2);
     }
   }

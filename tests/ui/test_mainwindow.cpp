@@ -97,7 +97,7 @@ class TestMainWindow : public QObject {
     QCOMPARE(w.statusField(2)->text(), QStringLiteral("Aktiver Benutzer: Supervisor"));
     for (int index = 0; index < SideBar::kEntries; ++index) {
       // Only the panels that exist can be opened.
-      QCOMPARE(w.sideBar()->IsEntryEnabled(index), index == 0 || index == 3 || index == 6 || index == 7);
+      QCOMPARE(w.sideBar()->IsEntryEnabled(index), index == 0 || index == 3 || index >= 6);
     }
     QCOMPARE(p.state.AktuellerTarif, QStringLiteral("Funkwelle - Tag und Nacht.tel"));
 
@@ -147,8 +147,16 @@ class TestMainWindow : public QObject {
     QApplication::sendEvent(currency, &wheel);
     QCOMPARE(currency->currentIndex(), 0);
     QVERIFY(scroll->verticalScrollBar()->value() > 0);
+    // The chart and the analysis fit the frame's width.
+    w.sideBar()->ShowPage(1);
+    w.sideBar()->EntryButton(8)->click();
+    QVERIFY(Loaded(w, "Chart") && !Loaded(w, "Options"));
+    QCOMPARE(Panel(w, 8)->horizontalScrollBar()->maximum(), 0);
+    w.sideBar()->EntryButton(9)->click();
+    QVERIFY(Loaded(w, "Report") && !Loaded(w, "Chart"));
+    QCOMPARE(Panel(w, 9)->horizontalScrollBar()->maximum(), 0);
     w.sideBar()->EntryButton(0)->click();
-    QVERIFY(Loaded(w, "Overview") && !Loaded(w, "Options"));
+    QVERIFY(Loaded(w, "Overview") && !Loaded(w, "Report"));
 
     w.sideBar()->SetLabel(0, QStringLiteral("[Gesperrt]"));
     w.HideWindows();

@@ -16,6 +16,8 @@
 #include "frame/StartUp.h"
 #include "frame/datadir/ClockText.h"
 #include "frame/ui/SideBar.h"
+#include "history/ui/ChartPanel.h"
+#include "history/ui/ReportPanel.h"
 #include "metering/ui/ConnectionPanel.h"
 
 #include <QAbstractSpinBox>
@@ -44,9 +46,12 @@ const QString kNotRecording = QStringLiteral("Aufzeichnung ist nicht aktiv");
 constexpr int kDialUpEntry = 3;
 constexpr int kMonitoringEntry = 6;
 constexpr int kOptionsEntry = 7;
+constexpr int kChartEntry = 8;
+constexpr int kReportEntry = 9;
 
 bool HasPanel(int index) {
-  return index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry;
+  return index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry ||
+         index == kChartEntry || index == kReportEntry;
 }
 
 // In a panel that scrolls, the wheel scrolls the panel: a selection box or
@@ -214,6 +219,10 @@ QWidget* MainWindow::CreateSidePanel(int index) {
     panel = monitoring;
   } else if (index == kOptionsEntry) {
     panel = new OptionsPanel(services_, detection_.remote);
+  } else if (index == kChartEntry) {
+    panel = new ChartPanel(services_);
+  } else if (index == kReportEntry) {
+    panel = new ReportPanel(services_);
   } else {
     return nullptr;
   }

@@ -1,0 +1,48 @@
+#include "history/ReportRun.h"
+
+#include "frame/datadir/AnsiText.h"
+#include "history/ListPeriod.h"
+#include "history/RecordFilter.h"
+#include "history/RecordWalk.h"
+
+namespace minutor {
+
+const QStringList& ReportPeriodItems() {
+  static const QStringList items = {QStringLiteral("Gesamt"),        QStringLiteral("Dieser Monat"),
+                                    QStringLiteral("Letzter Monat"), QStringLiteral("Vorletzter Monat"),
+                                    QStringLiteral("Dieses Jahr"),   QStringLiteral("Letztes Jahr")};
+  return items;
+}
+
+ReportTexts BuildReport(const DataDir& dir, const QString& period, const QString& user, const QDate& today,
+                        const QString& currency, const std::atomic<bool>* cancel) {
+  const bool all = period == QLatin1String("Gesamt");
+  const bool thisMonth = period == QLatin1String("Dieser Monat");
+  const ListPeriod listPeriod = MakeListPeriod(dir, period, today);
+  const QByteArray wantedUser = ToAnsi(user);
+  QDate earliest = today;
+  ReportTotals totals;
+  WalkRecords(
+      dir,
+      [&](const QString&, const QDate& date) {
+        if (all) {
+          if (date.isValid() && date < earliest) {
+            earliest = date;
+          }
+          return true;
+        }
+        if (thisMonth) {
+          return date.isValid() && date.month() == today.month();
+        }
+        return listPeriod.Passes(date);
+      },
+      [&](const RecordFile& record) {
+        if (user == kAlle || record.Line(11) == wantedUser) {
+          AddToReport(totals, record.fields);
+        }
+      },
+      cancel);
+  return ReportSentences(totals, GetPeriodDays(period, today, earliest), user, currency);
+}
+
+}  // namespace minutor

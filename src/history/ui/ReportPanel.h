@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QWidget>
+
+#include <array>
+#include <atomic>
+#include <memory>
+
+class QComboBox;
+class QLabel;
+
+namespace minutor {
+
+struct ReportTexts;
+struct Services;
+
+// The panel "Analyse": eleven sentences on the habits of one user in one
+// period, and the totals of duration, cost and transfer. Each choice reads
+// the records afresh on a worker; a newer choice overtakes a run in flight.
+class ReportPanel : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit ReportPanel(Services& services, QWidget* parent = nullptr);
+  ~ReportPanel() override;
+
+  bool IsCalculating() const;
+
+ signals:
+  // A run has ended and its texts show.
+  void built();
+
+ private:
+  void BuildControls();
+  void BuildReport();
+  void Show(const ReportTexts& texts);
+
+  Services& services_;
+  int request_ = 0;
+  std::shared_ptr<std::atomic<bool>> cancel_;
+
+  QComboBox* comZeitraum_ = nullptr;
+  QComboBox* comUser_ = nullptr;
+  QLabel* lblGesamtKosten_ = nullptr;
+  QLabel* lblGesamtDauer_ = nullptr;
+  QLabel* lblGesamtTransfer_ = nullptr;
+  QLabel* busy_ = nullptr;
+  std::array<QLabel*, 11> Label2_{};
+};
+
+}  // namespace minutor

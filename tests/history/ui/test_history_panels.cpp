@@ -1,0 +1,117 @@
+#include "history/ui/ChartPanel.h"
+#include "history/ui/ChartView.h"
+#include "history/ui/ReportPanel.h"
+#include "support/RecordFiles.h"
+#include "support/TestServices.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace minutor;
+using test::RecordLines;
+using test::WriteRecord;
+
+namespace {
+
+void WriteHistory(const test::TempDataDir& data) {
+  data.write(QStringLiteral("Benutzer/Anna.usr"), "");
+  data.write(QStringLiteral("Benutzer/Bert.usr"), "");
+  WriteRecord(data, "01022023-100000.con", RecordLines("01.02.2023", "10:00:00", "01:00:00", "1,50"));
+  WriteRecord(data, "02022023-100000.con",
+              RecordLines("02.02.2023", "10:00:00", "00:00:30", "0,50", "Mobil - Flat.atl", "Bert"));
+}
+
+QList<QByteArray> ConfigLines(const test::TempDataDir& data) {
+  return data.read(QStringLiteral("Config/Chart.cfg")).split('\n');
+}
+
+bool WaitFor(QObject* panel, const char* signal) {
+  QSignalSpy spy(panel, signal);
+  return spy.wait(10000);
+}
+
+}  // namespace
+
+class TestHistoryPanels : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void chartFollowsItsButtonsAndRemembersThem() {
+    test::TestServices t;
+    WriteHistory(t.data);
+    // Month and year of February 2023, the user in other case; the rest missing.
+    const QByteArray saved = " 1 \r\n 22 \r\nANNA\r\n";
+    t.data.write(QStringLiteral("Config/Chart.cfg"), saved);
+    auto panel = std::make_unique<ChartPanel>(t.services);
+    panel->show();
+    QVERIFY(panel->IsCalculating() || !panel->View()->Picture().shapes.isEmpty());
+    QVERIFY(WaitFor(panel.get(), SIGNAL(drawn())));
+    QCOMPARE(panel->findChild<QComboBox*>(QStringLiteral("comUser"))->currentText(), QStringLiteral("Anna"));
+    QCOMPARE(panel->Measure(), ChartMeasure::Dauer);
+    QCOMPARE(panel->Style(), ChartStyle::Balken);
+    QCOMPARE(panel->findChild<QLabel*>(QStringLiteral("AxisY"))->text(), QStringLiteral("Y: Dauer (Min)"));
+    QCOMPARE(t.data.read(QStringLiteral("Config/Chart.cfg")), saved);  // the start saves nothing
+
+    panel->ClickButton(2);  // "Kreis" is off for a time measure
+    QCOMPARE(panel->Style(), ChartStyle::Balken);
+    panel->ClickButton(4);  // "Benutzer"
+    QVERIFY(WaitFor(panel.get(), SIGNAL(drawn())));
+    QCOMPARE(panel->Style(), ChartStyle::Kreis);
+    QVERIFY(!panel->findChild<QComboBox*>(QStringLiteral("comUser"))->isEnabled());
+    QCOMPARE(panel->findChild<QLabel*>(QStringLiteral("AxisY"))->text(), QStringLiteral("2 Verbind."));
+    QCOMPARE(ConfigLines(t.data).mid(5, 2), (QList<QByteArray>{" 5 \r", " 3 \r"}));
+
+    panel->ClickButton(0);  // "Linien" is off for a pie
+    panel->ClickButton(6);  // "Kosten" goes back to the bars
+    panel->ClickButton(0);
+    QVERIFY(WaitFor(panel.get(), SIGNAL(drawn())));
+    QCOMPARE(panel->Style(), ChartStyle::Linien);
+    QVERIFY(panel->findChild<QComboBox*>(QStringLiteral("comUser"))->isEnabled());
+    QVERIFY(!panel->findChild<QComboBox*>(QStringLiteral("comTarif"))->isEnabled());
+    QCOMPARE(ConfigLines(t.data).mid(0, 7),
+             (QList<QByteArray>{" 1 \r", " 22 \r", "Anna\r", "[Alle]\r", "[Alle]\r", " 2 \r", " 1 \r"}));
+
+    // Opened again, the panel shows what was chosen last.
+    panel = std::make_unique<ChartPanel>(t.services);
+    QCOMPARE(panel->Measure(), ChartMeasure::Kosten);
+    QCOMPARE(panel->Style(), ChartStyle::Linien);
+    QVERIFY(WaitFor(panel.get(), SIGNAL(drawn())));
+
+    // Garbage reads as the first month, the default measure and style.
+    t.data.write(QStringLiteral("Config/Chart.cfg"), "Unsinn\r\n\xff\xfe\r\n\r\n\r\n\r\n99\r\n-4\r\n");
+    panel = std::make_unique<ChartPanel>(t.services);
+    QCOMPARE(panel->findChild<QComboBox*>(QStringLiteral("comZeitraum"))->currentText(),
+             QStringLiteral("Januar"));
+    QCOMPARE(panel->Measure(), ChartMeasure::Dauer);
+    QCOMPARE(panel->Style(), ChartStyle::Balken);
+    QVERIFY(WaitFor(panel.get(), SIGNAL(drawn())));
+  }
+
+  void reportFollowsItsChoices() {
+    test::TestServices t(QDateTime(QDate(2023, 2, 20), QTime(10, 0)));
+    WriteHistory(t.data);
+    ReportPanel panel(t.services);
+    panel.show();
+    QVERIFY(WaitFor(&panel, SIGNAL(built())));
+    QVERIFY(!panel.IsCalculating());
+    QCOMPARE(panel.findChild<QLabel*>(QStringLiteral("lblGesamtDauer"))->text(), QStringLiteral("01:00:30"));
+    QCOMPARE(panel.findChild<QLabel*>(QStringLiteral("Label2(9)"))->text(),
+             QStringLiteral("Der aktivste Benutzer ist: Anna (1 Verbindungen)"));
+
+    auto* user = panel.findChild<QComboBox*>(QStringLiteral("comUser"));
+    QCOMPARE(user->count(), 3);
+    user->setCurrentIndex(2);
+    emit user->activated(2);
+    QVERIFY(panel.IsCalculating());
+    QVERIFY(WaitFor(&panel, SIGNAL(built())));
+    QCOMPARE(panel.findChild<QLabel*>(QStringLiteral("lblGesamtKosten"))->text(), QStringLiteral("0,50 €"));
+    QCOMPARE(
+        panel.findChild<QLabel*>(QStringLiteral("Label2(9)"))->text(),
+        QStringLiteral("Stellen Sie als Benutzer \"[Alle]\" ein um den aktivsten Benutzer zu ermitteln."));
+  }
+};
+
+QTEST_MAIN(TestHistoryPanels)
+#include "test_history_panels.moc"
