@@ -5,6 +5,7 @@
 #include "history/RecordDates.h"
 
 #include <cmath>
+#include <optional>
 
 namespace minutor {
 
@@ -76,6 +77,29 @@ QString VolumeWord(double kbPerDay) {
   return QStringLiteral("sehr geringem");
 }
 
+// A clock text "H:M:S" or "H:M" that is a time of day. A duration of a day
+// or more isn't one. Read by hand: the history holds a hundred thousand.
+std::optional<QTime> ReadClock(QByteArrayView text) {
+  std::array<int, 3> parts{};
+  int field = 0;
+  int digits = 0;
+  for (const char c : text.trimmed()) {
+    if (c >= '0' && c <= '9' && digits < 2) {
+      parts[static_cast<std::size_t>(field)] = parts[static_cast<std::size_t>(field)] * 10 + (c - '0');
+      ++digits;
+    } else if (c == ':' && digits > 0 && field < 2) {
+      ++field;
+      digits = 0;
+    } else {
+      return std::nullopt;
+    }
+  }
+  if (field == 0 || digits == 0 || parts[0] > 23 || parts[1] > 59 || parts[2] > 59) {
+    return std::nullopt;
+  }
+  return QTime(parts[0], parts[1], parts[2]);
+}
+
 QString TwoDigits(qint64 value) { return QStringLiteral("%1").arg(value, 2, 10, QLatin1Char('0')); }
 
 }  // namespace
@@ -127,19 +151,15 @@ bool AddToReport(ReportTotals& totals, QList<QByteArray> fields) {
       return false;
     }
   }
-  const QString duration = FromAnsi(fields[2]);
   const qint64 hours = qRound64(LeadingNumber(fields[2]));
   // A duration beyond a day's clock has no minutes or seconds to read.
-  QTime clock = QTime::fromString(duration.trimmed(), QStringLiteral("H:m:s"));
-  if (!clock.isValid()) {
-    clock = QTime::fromString(duration.trimmed(), QStringLiteral("H:m"));
-  }
-  const int minute = clock.isValid() ? clock.minute() : 0;
-  const int second = clock.isValid() ? clock.second() : 0;
+  const std::optional<QTime> clock = ReadClock(fields[2]);
+  const int minute = clock ? clock->minute() : 0;
+  const int second = clock ? clock->second() : 0;
   const qint64 durMinutes = hours * 60 + minute;
 
-  QTime start = QTime::fromString(FromAnsi(fields[1]).trimmed(), QStringLiteral("H:m:s"));
-  const qint64 day = start.isValid() ? CountDayMinutes(start, durMinutes) : 0;
+  const std::optional<QTime> start = ReadClock(fields[1]);
+  const qint64 day = start ? CountDayMinutes(*start, durMinutes) : 0;
   totals.dayMinutes += day;
   totals.nightMinutes += durMinutes - day;
 
