@@ -1,10 +1,12 @@
 #include "history/ConnectionList.h"
 #include "history/ListColouring.h"
 #include "history/ListConfig.h"
+#include "history/ListLoader.h"
 #include "history/ListSort.h"
 #include "support/RecordFiles.h"
 #include "support/TempDataDir.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace minutor;
@@ -164,6 +166,24 @@ class TestConnectionList : public QObject {
     QCOMPARE(Column(rows, kColumnStart), (QStringList{"23:00:00", "10:00:00", "08:00:00", "08:00:00"}));
     SortRows(rows, SortFromConfig(77, 1, -3));
     QCOMPARE(rows.size(), 4);
+  }
+
+  void loaderHandsOverOnlyTheNewest() {
+    test::TempDataDir data;
+    WriteHistory(data);
+    auto loader = std::make_unique<ListLoader>(data.dir());
+    QSignalSpy spy(loader.get(), &ListLoader::loaded);
+    loader->Load(AllOf(data.dir(), QStringLiteral("Heute")), SortByHeader(kColumnDatum));
+    loader->Load(AllOf(data.dir()), SortByHeader(kColumnDatum));
+    QVERIFY(loader->IsLoading());
+    QVERIFY(spy.wait());
+    QVERIFY(!loader->IsLoading());
+    loader.reset();  // waits for the overtaken request
+    QCoreApplication::processEvents();
+    QCOMPARE(spy.size(), 1);
+    const auto result = spy.at(0).at(0).value<ListResult>();
+    QCOMPARE(Column(result.rows, kColumnStart),
+             (QStringList{"18:00:00", "09:00:00", "12:00:00", "07:00:00"}));
   }
 
   void listConfig() {
