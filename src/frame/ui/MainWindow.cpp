@@ -16,6 +16,7 @@
 #include "frame/StartUp.h"
 #include "frame/datadir/ClockText.h"
 #include "frame/ui/SideBar.h"
+#include "history/ui/ListPanel.h"
 #include "metering/ui/ConnectionPanel.h"
 
 #include <QAbstractSpinBox>
@@ -41,12 +42,13 @@ const QString kOverviewLabel = QStringLiteral("Übersicht");
 const QString kConnectionLabel = QStringLiteral("Verbindung");
 const QString kLocked = QStringLiteral("[Gesperrt]");
 const QString kNotRecording = QStringLiteral("Aufzeichnung ist nicht aktiv");
+constexpr int kListEntry = 1;
 constexpr int kDialUpEntry = 3;
 constexpr int kMonitoringEntry = 6;
 constexpr int kOptionsEntry = 7;
 
 bool HasPanel(int index) {
-  return index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry;
+  return index == kListEntry || index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry;
 }
 
 // In a panel that scrolls, the wheel scrolls the panel: a selection box or
@@ -204,7 +206,9 @@ void MainWindow::HideWindows() {
 
 QWidget* MainWindow::CreateSidePanel(int index) {
   QWidget* panel = nullptr;
-  if (index == kDialUpEntry) {
+  if (index == kListEntry) {
+    panel = new ListPanel(services_, detection_.remote);
+  } else if (index == kDialUpEntry) {
     panel = new DialUpPanel(services_, detection_.remote);
   } else if (index == kMonitoringEntry) {
     auto* monitoring = new ConnectionCheckPanel(services_);
