@@ -1,0 +1,233 @@
+// Times the history readers against plain reads of the same files, in the
+// same run:
+//
+//   bench_history [N]     N records (default 100000) in a temporary data directory
+//
+// Prints "list ratio R" (the list over "Gesamt" against reading every file
+// plainly), "month ratio R" (the list over "Dieser Monat" against listing the
+// folder and reading that month's files plainly) and "stall ms N" (the
+// longest the event loop stood still while the list panel loaded the
+// history). Each further measurement is one more entry in kRatios.
+
+#include "frame/AppState.h"
+#include "frame/Clock.h"
+#include "frame/Prompter.h"
+#include "frame/Services.h"
+#include "frame/datadir/DataDir.h"
+#include "history/ConnectionList.h"
+#include "history/ListSort.h"
+#include "history/ui/ListPanel.h"
+#include "metering/ConnectionRecord.h"
+#include "users/FieldCipher.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace minutor;
+
+namespace {
+
+const QDate kToday(2026, 3, 15);
+
+class SilentPrompter final : public Prompter {
+ public:
+  void Message(const QString&, Icon, const QString&) override {}
+  Answer Ask(const QString&, const QString&, bool) override { return Answer::No; }
+};
+
+// Records of 27 years, every day from the 1st to the 28th, two tariffs and
+// two users; written straight to disk, as a hundred thousand saves in a row
+// through the program's writer would take long.
+void MakeRecords(const DataDir& dir, int count) {
+  dir.MakeDir(kRecordFolder);
+  const QString folder = dir.Resolve(kRecordFolder);
+  for (int i = 0; i < count; ++i) {
+    const int day = 1 + i % 28;
+    const int month = 1 + (i / 28) % 12;
+    const int year = 2000 + (i / 336) % 27;
+    const int second = i / 9072;
+    const QByteArray date = QStringLiteral("%1.%2.%3")
+                                .arg(day, 2, 10, QLatin1Char('0'))
+                                .arg(month, 2, 10, QLatin1Char('0'))
+                                .arg(year)
+                                .toLatin1();
+    const QByteArray start = QStringLiteral("%1:%2:%3")
+                                 .arg(second / 3600 % 24, 2, 10, QLatin1Char('0'))
+                                 .arg(second / 60 % 60, 2, 10, QLatin1Char('0'))
+                                 .arg(second % 60, 2, 10, QLatin1Char('0'))
+                                 .toLatin1();
+    const QList<QByteArray> plain{
+        'S' + date,
+        start,
+        "00:" + QByteArray::number(10 + i % 50) + ":17",
+        "S" + QByteArray::number(i % 7) + "," + QByteArray::number(10 + i % 90),
+        QByteArray::number(i % 90),
+        QByteArray::number(i * 1733),
+        QByteArray::number(i * 211),
+        QByteArray::number(i * 1944),
+        "Mobilfunk-Stick",
+        i % 2 == 0 ? "Funkwelle - Tag und Nacht.tel" : "Mobilnetz Plus - Freiminuten.atl",
+        i % 3 == 0 ? "Anna" : "Supervisor",
+        i % 5 == 0 ? "nachgetragen" : ""};
+    QByteArray bytes;
+    for (const QByteArray& line : plain) {
+      bytes += EncryptField(line) + "\r\n";
+    }
+    const QString name = QString::fromLatin1(date.left(2) + date.mid(3, 2) + date.mid(6, 4) + '-' +
+                                             start.left(2) + start.mid(3, 2) + start.mid(6, 2) + ".con");
+    QFile file(folder + QLatin1Char('/') + name);
+    if (file.open(QIODevice::WriteOnly)) {
+      file.write(bytes);
+    }
+  }
+}
+
+// The least any reader must do: list the folder and read the chosen files.
+qint64 PlainRead(const QString& folder, const std::function<bool(const QByteArray& name)>& wanted,
+                 qint64* checksum) {
+  QElapsedTimer timer;
+  timer.start();
+  QList<QByteArray> chosen;
+  if (DIR* d = ::opendir(QFile::encodeName(folder).constData())) {
+    while (const dirent* entry = ::readdir(d)) {
+      const QByteArray name(entry->d_name);
+      if (name.endsWith(".con") && wanted(name)) {
+        chosen.append(QFile::encodeName(folder) + '/' + name);
+      }
+    }
+    ::closedir(d);
+  }
+  char buffer[4096];
+  for (const QByteArray& path : chosen) {
+    const int fd = ::open(path.constData(), O_RDONLY);
+    if (fd < 0) {
+      continue;
+    }
+    ssize_t got = 0;
+    while ((got = ::read(fd, buffer, sizeof buffer)) > 0) {
+      *checksum += got;
+    }
+    ::close(fd);
+  }
+  return timer.nsecsElapsed();
+}
+
+qint64 TimeList(const DataDir& dir, const QString& period, qint64* checksum) {
+  QElapsedTimer timer;
+  timer.start();
+  ListQuery query;
+  query.period = MakeListPeriod(dir, period, kToday);
+  query.waehrung = QStringLiteral("€");
+  ListResult result = GetConnections(dir, query);
+  SortRows(result.rows, SortByHeader(kColumnDatum));
+  *checksum += result.rows.size();
+  return timer.nsecsElapsed();
+}
+
+struct Ratio {
+  const char* name;
+  std::function<qint64(qint64*)> measured;
+  std::function<qint64(qint64*)> baseline;
+};
+
+// The longest gap between two turns of the event loop while the panel
+// loads, from its making to its rows on screen.
+qint64 StallWhileLoading(const Services& services) {
+  QElapsedTimer clock;
+  qint64 last = 0;
+  qint64 longest = 0;
+  QTimer ticker;
+  ticker.setInterval(1);
+  QObject::connect(&ticker, &QTimer::timeout, [&] {
+    const qint64 now = clock.elapsed();
+    longest = std::max(longest, now - last);
+    last = now;
+  });
+  clock.start();
+  ticker.start();
+  QEventLoop loop;
+  ListPanel* panel = nullptr;
+  QTimer::singleShot(0, [&] {
+    const qint64 before = clock.elapsed();
+    panel = new ListPanel(services, nullptr);
+    panel->resize(900, 600);
+    panel->show();
+    longest = std::max(longest, clock.elapsed() - before);
+    QObject::connect(panel, &ListPanel::listLoaded, &loop, [&] {
+      // The rows' first painting counts too.
+      QTimer::singleShot(0, &loop, &QEventLoop::quit);
+    });
+  });
+  loop.exec();
+  const qint64 now = clock.elapsed();
+  longest = std::max(longest, now - last);
+  delete panel;
+  return longest;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
+  QApplication app(argc, argv);
+  const int count = argc > 1 ? std::max(1, QByteArray(argv[1]).toInt()) : 100000;
+  QTemporaryDir temp;
+  const DataDir dir(temp.path());
+  MakeRecords(dir, count);
+  const QString folder = dir.Resolve(kRecordFolder);
+  std::printf("records %d\n", count);
+
+  const QByteArray month = QByteArray::number(kToday.month()).rightJustified(2, '0');
+  const QByteArray year = QByteArray::number(kToday.year());
+  const Ratio kRatios[] = {
+      {"list", [&](qint64* sum) { return TimeList(dir, QStringLiteral("Gesamt"), sum); },
+       [&](qint64* sum) {
+         return PlainRead(
+             folder, [](const QByteArray&) { return true; }, sum);
+       }},
+      {"month", [&](qint64* sum) { return TimeList(dir, QStringLiteral("Dieser Monat"), sum); },
+       [&](qint64* sum) {
+         return PlainRead(
+             folder,
+             [&](const QByteArray& name) { return name.mid(2, 2) == month && name.mid(4, 4) == year; }, sum);
+       }},
+  };
+
+  qint64 checksum = 0;
+  for (const Ratio& ratio : kRatios) {
+    // Best of three rounds each, alternating, so that both see the same cache.
+    qint64 measured = 0;
+    qint64 baseline = 0;
+    for (int round = 0; round < 3; ++round) {
+      const qint64 b = ratio.baseline(&checksum);
+      const qint64 m = ratio.measured(&checksum);
+      baseline = round == 0 ? b : std::min(baseline, b);
+      measured = round == 0 ? m : std::min(measured, m);
+    }
+    std::printf("%s baseline %.1f ms\n", ratio.name, static_cast<double>(baseline) / 1e6);
+    std::printf("%s %.1f ms\n", ratio.name, static_cast<double>(measured) / 1e6);
+    std::printf("%s ratio %.2f\n", ratio.name,
+                static_cast<double>(measured) / static_cast<double>(std::max<qint64>(baseline, 1)));
+  }
+  std::printf("checksum %lld\n", static_cast<long long>(checksum));
+
+  AppState state;
+  const FixedClock clock(QDateTime(kToday, QTime(12, 0)));
+  SilentPrompter prompter;
+  const Services services{state, dir, clock, prompter};
+  std::printf("stall ms %lld\n", static_cast<long long>(StallWhileLoading(services)));
+  return 0;
+}
