@@ -1,23 +1,34 @@
-// Times the history's readers against plain reads of the same files: the
-// monthly chart against listing the folder and reading the month's files,
-// the analysis of the whole history against reading every file.
+// Times the history readers against plain reads of the same files, in the
+// same run:
 //
 //   bench_history [N]     N records (default 100000) in a temporary data directory
 //
-// Prints the times and "chart ratio R", "report ratio R": reader time /
-// baseline time, the best of three rounds each.
+// Prints "list ratio R" (the list over "Gesamt" against reading every file
+// plainly), "month ratio R" (the list over "Dieser Monat" against listing the
+// folder and reading that month's files plainly), "chart ratio R" (the
+// monthly chart of this month against the same), "report ratio R" (the
+// analysis over "Gesamt" against reading every file plainly) and "stall ms N" (the
+// longest the event loop stood still while the list panel loaded the
+// history). Each further measurement is one more entry in kRatios.
 
+#include "frame/AppState.h"
+#include "frame/Clock.h"
+#include "frame/Prompter.h"
+#include "frame/Services.h"
 #include "frame/datadir/DataDir.h"
 #include "history/ChartValues.h"
+#include "history/ConnectionList.h"
+#include "history/ListSort.h"
 #include "history/ReportRun.h"
+#include "history/ui/ListPanel.h"
 #include "metering/ConnectionRecord.h"
 #include "users/FieldCipher.h"
 
-#include <QCoreApplication>
-#include <QDate>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -31,44 +42,63 @@ using namespace minutor;
 
 namespace {
 
-// Records spread over the days of 2020 to 2026, a few a day.
+const QDate kToday(2026, 3, 15);
+
+class SilentPrompter final : public Prompter {
+ public:
+  void Message(const QString&, Icon, const QString&) override {}
+  Answer Ask(const QString&, const QString&, bool) override { return Answer::No; }
+};
+
+// Records of 27 years, every day from the 1st to the 28th, two tariffs and
+// two users; written straight to disk, as a hundred thousand saves in a row
+// through the program's writer would take long.
 void MakeRecords(const DataDir& dir, int count) {
   dir.MakeDir(kRecordFolder);
   const QString folder = dir.Resolve(kRecordFolder);
-  const QDate first(2020, 1, 1);
-  const int days = static_cast<int>(first.daysTo(QDate(2026, 12, 31))) + 1;
   for (int i = 0; i < count; ++i) {
-    const QDate date = first.addDays(i % days);
-    const int second = 8 * 3600 + (i / days) * 97;
-    RecordLabels l;
-    l.startTag = date.toString(QStringLiteral("ddMMyyyy"));
-    l.startTime = QStringLiteral("%1:%2:%3")
-                      .arg(second / 3600 % 24, 2, 10, QLatin1Char('0'))
-                      .arg(second / 60 % 60, 2, 10, QLatin1Char('0'))
-                      .arg(second % 60, 2, 10, QLatin1Char('0'));
-    l.dauer = QStringLiteral("00:%1:17").arg(i % 60, 2, 10, QLatin1Char('0'));
-    l.kosten = QStringLiteral("%1,%2 €").arg(i % 7).arg(i % 1000, 3, 10, QLatin1Char('0'));
-    l.einheiten = QString::number(i % 90);
-    l.bytesIn = QStringLiteral("%1 Bytes").arg(i * 1733);
-    l.bytesOut = QStringLiteral("%1 Bytes").arg(i * 211);
-    l.bytesInOut = QStringLiteral("%1 Bytes").arg(i * 1944);
-    l.connectionName = QStringLiteral("Mobilfunk-Stick");
-    l.tarif = i % 2 == 0 ? QStringLiteral("Mobilnetz Plus - Freiminuten 100.tel")
-                         : QStringLiteral("Funkwelle - Tag und Nacht.tel");
-    l.benutzer = i % 3 == 0 ? QStringLiteral("Anna") : QStringLiteral("Supervisor");
-    QList<QByteArray> lines;
-    for (const QByteArray& plain : RecordPlainLines(l)) {
-      lines.append(EncryptField(plain));
+    const int day = 1 + i % 28;
+    const int month = 1 + (i / 28) % 12;
+    const int year = 2000 + (i / 336) % 27;
+    const int second = i / 9072;
+    const QByteArray date = QStringLiteral("%1.%2.%3")
+                                .arg(day, 2, 10, QLatin1Char('0'))
+                                .arg(month, 2, 10, QLatin1Char('0'))
+                                .arg(year)
+                                .toLatin1();
+    const QByteArray start = QStringLiteral("%1:%2:%3")
+                                 .arg(second / 3600 % 24, 2, 10, QLatin1Char('0'))
+                                 .arg(second / 60 % 60, 2, 10, QLatin1Char('0'))
+                                 .arg(second % 60, 2, 10, QLatin1Char('0'))
+                                 .toLatin1();
+    const QList<QByteArray> plain{
+        'S' + date,
+        start,
+        "00:" + QByteArray::number(10 + i % 50) + ":17",
+        "S" + QByteArray::number(i % 7) + "," + QByteArray::number(10 + i % 90),
+        QByteArray::number(i % 90),
+        QByteArray::number(i * 1733),
+        QByteArray::number(i * 211),
+        QByteArray::number(i * 1944),
+        "Mobilfunk-Stick",
+        i % 2 == 0 ? "Funkwelle - Tag und Nacht.tel" : "Mobilnetz Plus - Freiminuten.atl",
+        i % 3 == 0 ? "Anna" : "Supervisor",
+        i % 5 == 0 ? "nachgetragen" : ""};
+    QByteArray bytes;
+    for (const QByteArray& line : plain) {
+      bytes += EncryptField(line) + "\r\n";
     }
-    QFile file(folder + QLatin1Char('/') + RecordFileName(l.startTag, l.startTime));
+    const QString name = QString::fromLatin1(date.left(2) + date.mid(3, 2) + date.mid(6, 4) + '-' +
+                                             start.left(2) + start.mid(3, 2) + start.mid(6, 2) + ".con");
+    QFile file(folder + QLatin1Char('/') + name);
     if (file.open(QIODevice::WriteOnly)) {
-      file.write(lines.join("\r\n") + "\r\n");
+      file.write(bytes);
     }
   }
 }
 
-// Lists the folder and reads, plainly, the files whose names `wanted` takes.
-qint64 PlainRead(const QString& folder, const std::function<bool(const QByteArray&)>& wanted,
+// The least any reader must do: list the folder and read the chosen files.
+qint64 PlainRead(const QString& folder, const std::function<bool(const QByteArray& name)>& wanted,
                  qint64* checksum) {
   QElapsedTimer timer;
   timer.start();
@@ -83,7 +113,7 @@ qint64 PlainRead(const QString& folder, const std::function<bool(const QByteArra
     ::closedir(d);
   }
   char buffer[4096];
-  for (const QByteArray& path : std::as_const(chosen)) {
+  for (const QByteArray& path : chosen) {
     const int fd = ::open(path.constData(), O_RDONLY);
     if (fd < 0) {
       continue;
@@ -97,69 +127,132 @@ qint64 PlainRead(const QString& folder, const std::function<bool(const QByteArra
   return timer.nsecsElapsed();
 }
 
-qint64 Time(const std::function<void()>& work) {
+qint64 TimeList(const DataDir& dir, const QString& period, qint64* checksum) {
   QElapsedTimer timer;
   timer.start();
-  work();
+  ListQuery query;
+  query.period = MakeListPeriod(dir, period, kToday);
+  query.waehrung = QStringLiteral("€");
+  ListResult result = GetConnections(dir, query);
+  SortRows(result.rows, SortByHeader(kColumnDatum));
+  *checksum += result.rows.size();
   return timer.nsecsElapsed();
 }
 
-// The best of three rounds of each, taken in turns.
-void Report(const char* name, const std::function<qint64()>& baseline,
-            const std::function<qint64()>& reader) {
-  qint64 base = 0;
-  qint64 read = 0;
-  for (int round = 0; round < 3; ++round) {
-    const qint64 b = baseline();
-    const qint64 r = reader();
-    base = round == 0 ? b : std::min(base, b);
-    read = round == 0 ? r : std::min(read, r);
-  }
-  std::printf("%s baseline %.1f ms\n", name, static_cast<double>(base) / 1e6);
-  std::printf("%s %.1f ms\n", name, static_cast<double>(read) / 1e6);
-  std::printf("%s ratio %.2f\n", name,
-              static_cast<double>(read) / static_cast<double>(std::max<qint64>(base, 1)));
+qint64 TimeChart(const DataDir& dir, qint64* checksum) {
+  QElapsedTimer timer;
+  timer.start();
+  ChartQuery query;
+  query.month = kToday.month();
+  query.year = kToday.year();
+  *checksum += static_cast<qint64>(GatherChartData(dir, query, ChartMeasure::Dauer).days[0]);
+  return timer.nsecsElapsed();
+}
+
+qint64 TimeReport(const DataDir& dir, qint64* checksum) {
+  QElapsedTimer timer;
+  timer.start();
+  *checksum +=
+      BuildReport(dir, QStringLiteral("Gesamt"), QStringLiteral("[Alle]"), kToday, QStringLiteral("€"))
+          .dauer.size();
+  return timer.nsecsElapsed();
+}
+
+struct Ratio {
+  const char* name;
+  std::function<qint64(qint64*)> measured;
+  std::function<qint64(qint64*)> baseline;
+};
+
+// The longest gap between two turns of the event loop while the panel
+// loads, from its making to its rows on screen.
+qint64 StallWhileLoading(const Services& services) {
+  QElapsedTimer clock;
+  qint64 last = 0;
+  qint64 longest = 0;
+  QTimer ticker;
+  ticker.setInterval(1);
+  QObject::connect(&ticker, &QTimer::timeout, [&] {
+    const qint64 now = clock.elapsed();
+    longest = std::max(longest, now - last);
+    last = now;
+  });
+  clock.start();
+  ticker.start();
+  QEventLoop loop;
+  ListPanel* panel = nullptr;
+  QTimer::singleShot(0, [&] {
+    const qint64 before = clock.elapsed();
+    panel = new ListPanel(services, nullptr);
+    panel->resize(900, 600);
+    panel->show();
+    longest = std::max(longest, clock.elapsed() - before);
+    QObject::connect(panel, &ListPanel::listLoaded, &loop, [&] {
+      // The rows' first painting counts too.
+      QTimer::singleShot(0, &loop, &QEventLoop::quit);
+    });
+  });
+  loop.exec();
+  const qint64 now = clock.elapsed();
+  longest = std::max(longest, now - last);
+  delete panel;
+  return longest;
 }
 
 }  // namespace
 
 int main(int argc, char* argv[]) {
-  QCoreApplication app(argc, argv);
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
+  QApplication app(argc, argv);
   const int count = argc > 1 ? std::max(1, QByteArray(argv[1]).toInt()) : 100000;
   QTemporaryDir temp;
   const DataDir dir(temp.path());
   MakeRecords(dir, count);
   const QString folder = dir.Resolve(kRecordFolder);
   std::printf("records %d\n", count);
-  qint64 checksum = 0;
 
-  ChartQuery query;
-  query.month = 3;
-  query.year = 2024;
-  Report(
-      "chart",
-      [&] {
-        return PlainRead(
-            folder, [](const QByteArray& name) { return name.mid(2, 6) == "032024"; }, &checksum);
-      },
-      [&] {
-        return Time([&] {
-          checksum += static_cast<qint64>(GatherChartData(dir, query, ChartMeasure::Dauer).days[0]);
-        });
-      });
-  Report(
-      "report",
-      [&] {
-        return PlainRead(
-            folder, [](const QByteArray&) { return true; }, &checksum);
-      },
-      [&] {
-        return Time([&] {
-          checksum += BuildReport(dir, QStringLiteral("Gesamt"), QStringLiteral("[Alle]"),
-                                  QDate(2026, 12, 31), QStringLiteral("€"))
-                          .dauer.size();
-        });
-      });
+  const QByteArray month = QByteArray::number(kToday.month()).rightJustified(2, '0');
+  const QByteArray year = QByteArray::number(kToday.year());
+  const auto all = [&](qint64* sum) {
+    return PlainRead(
+        folder, [](const QByteArray&) { return true; }, sum);
+  };
+  const auto thisMonth = [&](qint64* sum) {
+    return PlainRead(
+        folder, [&](const QByteArray& name) { return name.mid(2, 2) == month && name.mid(4, 4) == year; },
+        sum);
+  };
+  const Ratio kRatios[] = {
+      {"list", [&](qint64* sum) { return TimeList(dir, QStringLiteral("Gesamt"), sum); }, all},
+      {"month", [&](qint64* sum) { return TimeList(dir, QStringLiteral("Dieser Monat"), sum); }, thisMonth},
+      {"chart", [&](qint64* sum) { return TimeChart(dir, sum); }, thisMonth},
+      {"report", [&](qint64* sum) { return TimeReport(dir, sum); }, all},
+  };
+
+  qint64 checksum = 0;
+  for (const Ratio& ratio : kRatios) {
+    // Best of three rounds each, alternating, so that both see the same cache.
+    qint64 measured = 0;
+    qint64 baseline = 0;
+    for (int round = 0; round < 3; ++round) {
+      const qint64 b = ratio.baseline(&checksum);
+      const qint64 m = ratio.measured(&checksum);
+      baseline = round == 0 ? b : std::min(baseline, b);
+      measured = round == 0 ? m : std::min(measured, m);
+    }
+    std::printf("%s baseline %.1f ms\n", ratio.name, static_cast<double>(baseline) / 1e6);
+    std::printf("%s %.1f ms\n", ratio.name, static_cast<double>(measured) / 1e6);
+    std::printf("%s ratio %.2f\n", ratio.name,
+                static_cast<double>(measured) / static_cast<double>(std::max<qint64>(baseline, 1)));
+  }
   std::printf("checksum %lld\n", static_cast<long long>(checksum));
+
+  AppState state;
+  const FixedClock clock(QDateTime(kToday, QTime(12, 0)));
+  SilentPrompter prompter;
+  const Services services{state, dir, clock, prompter};
+  std::printf("stall ms %lld\n", static_cast<long long>(StallWhileLoading(services)));
   return 0;
 }

@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 
 #include "cli/ChartCommands.h"
+#include "cli/HistoryCommands.h"
 #include "desk/FreeAllowance.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
@@ -37,6 +38,12 @@ const char* const kUsageText =
     "  field encrypt [TEXT...]     encipher each TEXT (or each line of standard input) as a stored field\n"
     "  field decrypt               decipher each line of standard input\n"
     "  record show FILE            the lines of a connection record in plain text\n"
+    "  record estimate --tariff FILE --date DD.MM.YYYY --start HH:MM:SS --duration H:MM:SS\n"
+    "                              the cost estimate of manual entry\n"
+    "  record add --date D --start T --duration T --provider P --tariff \"M - NAME\" --user U [...]\n"
+    "                              enters a connection by hand (--help lists all fields)\n"
+    "  list [--period ITEM] [--user U] [--provider P] [--tariff T] [--net] [--today YYYY-MM-DD]\n"
+    "                              the connection list and its totals\n"
     "  tariff list                 provider, label and file name of every tariff\n"
     "  tariff price FILE [--at \"YYYY-MM-DD HH:MM:SS\"] [--holiday]\n"
     "                              the price of a tariff at a moment, in hundredths\n"
@@ -374,6 +381,9 @@ int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* 
   if (args.value(0) == QLatin1String("chart") || args.value(0) == QLatin1String("report")) {
     return RunChartCommand(DataDir(dataDir), args, out, err);
   }
+  if (!args.isEmpty() && args.first() == QLatin1String("list")) {
+    return ListCommand(DataDir(dataDir), args.mid(1), out, err);
+  }
   if (args.size() < 2) {
     return io.Usage(args.isEmpty() ? QString() : QStringLiteral("incomplete command"));
   }
@@ -392,6 +402,10 @@ int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* 
   }
   if (group == QLatin1String("record") && command == QLatin1String("show") && args.size() == 1) {
     return RecordShow(dir, args.first(), io);
+  }
+  if (group == QLatin1String("record") &&
+      (command == QLatin1String("estimate") || command == QLatin1String("add"))) {
+    return RecordEntryCommand(dir, command, args, out, err);
   }
   if (group == QLatin1String("tariff") && command == QLatin1String("list") && args.isEmpty()) {
     return TariffList(dir, io);

@@ -9,11 +9,14 @@ namespace minutor {
 WalkResult WalkRecords(const DataDir& dir,
                        const std::function<bool(const QString& name, const QDate& date)>& wanted,
                        const std::function<void(const RecordFile& record)>& take,
-                       const std::atomic<bool>* cancel) {
+                       const std::atomic<bool>* cancel, bool withCipher) {
   WalkResult result;
   const QString folder = dir.Resolve(kRecordFolder) + QLatin1Char('/');
   RecordFile record;
-  for (const QString& name : dir.ListFiles(kRecordFolder, QStringLiteral("*.con"))) {
+  for (const QString& name : dir.ListFiles(kRecordFolder)) {
+    if (!name.endsWith(QLatin1String(".con"), Qt::CaseInsensitive)) {
+      continue;
+    }
     if (cancel != nullptr && cancel->load(std::memory_order_relaxed)) {
       result.cancelled = true;
       break;
@@ -23,7 +26,7 @@ WalkResult WalkRecords(const DataDir& dir,
       continue;
     }
     record.cipher.clear();
-    auto fields = ReadRecordFields(folder + name, 12, &record.cipher);
+    auto fields = ReadRecordFields(folder + name, 12, withCipher ? &record.cipher : nullptr);
     if (!fields) {
       ++result.unreadable;
       continue;

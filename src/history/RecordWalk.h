@@ -18,7 +18,8 @@ struct RecordFile {
   QDate date;    // the date its name holds (GetRecordFileDate)
   // The deciphered lines in file order, as many as the file has, at most 12.
   QList<QByteArray> fields;
-  // The same lines as they stand in the file, still enciphered.
+  // The same lines as they stand in the file, still enciphered; only when
+  // the walk is asked for them.
   QList<QByteArray> cipher;
 
   // Line n (counted from 1) deciphered; empty when the file is shorter.
@@ -38,6 +39,6 @@ struct WalkResult {
 WalkResult WalkRecords(const DataDir& dir,
                        const std::function<bool(const QString& name, const QDate& date)>& wanted,
                        const std::function<void(const RecordFile& record)>& take,
-                       const std::atomic<bool>* cancel = nullptr);
+                       const std::atomic<bool>* cancel = nullptr, bool withCipher = false);
 
 }  // namespace minutor

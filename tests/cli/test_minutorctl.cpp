@@ -186,6 +186,31 @@ class TestMinutorctl : public QObject {
     QCOMPARE(texts.mid(11, 3), (QList<QByteArray>{"Kosten\t1,75 €", "Dauer\t01:40:00", "Transfer\t4 KB"}));
   }
 
+  void recordsEnteredAndListedFromTheShell() {
+    test::TempDataDir data;
+    data.write(QStringLiteral("Tarife/Test - Zonen.tel"), kTariff);
+    data.write(QStringLiteral("Benutzer/Anna.usr"), "");
+    const QStringList base{"--datadir", data.path()};
+    // Saturday 2024-01-06: the weekend zone, 1.5 a minute.
+    const QStringList when{"--date", "6.1.2024", "--start", "10:00", "--duration", "0:03:01"};
+    const Result estimate =
+        Ctl(base + QStringList{"record", "estimate", "--tariff", "Test - Zonen.tel"} + when);
+    QCOMPARE(estimate.out, QByteArray("Kosten\t0,06\nEinheiten\t4\n"));
+
+    const QStringList add =
+        base + QStringList{"record", "add", "--provider", "Test", "--tariff", "M - Zonen"} + when;
+    QCOMPARE(Ctl(add).err, QByteArray("minutorctl: Sie müssen einen Benutzer angeben.\n"));
+    QCOMPARE(Ctl(add + QStringList{"--user", "Anna"}).out, QByteArray("06012024-100000.con\n"));
+    QCOMPARE(Ctl(add + QStringList{"--user", "Anna", "--start", "9:00:00", "--cost", "2"}).code, 0);
+
+    const Result list = Ctl(base + QStringList{"list", "--period", "Gestern", "--today", "2024-01-07",
+                                               "--tariff", "M - Zonen", "--provider", "Test"});
+    QCOMPARE(list.out.split('\n').size(), 4);
+    QVERIFY(list.out.startsWith("06.01.2024\t10:00:00\t00:03:01\t0,060\t4\t0\t0\t0\tKeine DF"));
+    QVERIFY(list.out.endsWith("\nGesamt\t00:06:02\t2,06 €\n"));
+    QCOMPARE(Ctl(base + QStringList{"list", "--period", "Morgen"}).code, 1);
+  }
+
   void mistakesAreToldApart() {
     test::TempDataDir data;
     const Result noTariff = Ctl({"--datadir", data.path(), "tariff", "price", "Fehlt - X.tel"});

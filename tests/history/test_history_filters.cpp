@@ -139,7 +139,8 @@ class TestHistoryFilters : public QObject {
           durations.append(QString::fromLatin1(record.Line(3)));
           QCOMPARE(record.cipher.size(), record.fields.size());
           QCOMPARE(DecryptField(record.cipher.at(7)), QByteArray("2000"));
-        });
+        },
+        nullptr, true);
     QCOMPARE(seen.size(), 4);  // the .txt is not a record
     // Running as root, the file without rights is read: empty, as it is.
     QCOMPARE(durations,

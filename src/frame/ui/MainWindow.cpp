@@ -17,6 +17,7 @@
 #include "frame/datadir/ClockText.h"
 #include "frame/ui/SideBar.h"
 #include "history/ui/ChartPanel.h"
+#include "history/ui/ListPanel.h"
 #include "history/ui/ReportPanel.h"
 #include "metering/ui/ConnectionPanel.h"
 
@@ -43,6 +44,7 @@ const QString kOverviewLabel = QStringLiteral("Übersicht");
 const QString kConnectionLabel = QStringLiteral("Verbindung");
 const QString kLocked = QStringLiteral("[Gesperrt]");
 const QString kNotRecording = QStringLiteral("Aufzeichnung ist nicht aktiv");
+constexpr int kListEntry = 1;
 constexpr int kDialUpEntry = 3;
 constexpr int kMonitoringEntry = 6;
 constexpr int kOptionsEntry = 7;
@@ -50,7 +52,7 @@ constexpr int kChartEntry = 8;
 constexpr int kReportEntry = 9;
 
 bool HasPanel(int index) {
-  return index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry ||
+  return index == kListEntry || index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry ||
          index == kChartEntry || index == kReportEntry;
 }
 
@@ -209,7 +211,9 @@ void MainWindow::HideWindows() {
 
 QWidget* MainWindow::CreateSidePanel(int index) {
   QWidget* panel = nullptr;
-  if (index == kDialUpEntry) {
+  if (index == kListEntry) {
+    panel = new ListPanel(services_, detection_.remote);
+  } else if (index == kDialUpEntry) {
     panel = new DialUpPanel(services_, detection_.remote);
   } else if (index == kMonitoringEntry) {
     auto* monitoring = new ConnectionCheckPanel(services_);

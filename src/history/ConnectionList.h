@@ -1,0 +1,74 @@
+#pragma once
+
+#include "history/ListColouring.h"
+#include "history/ListPeriod.h"
+#include "history/RecordFilter.h"
+#include "history/RecordWalk.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <optional>
+
+namespace minutor {
+
+class DataDir;
+
+// The columns of the list's grid, numbered from 1 as the grid and List.cfg
+// number them.
+enum ListColumn {
+  kColumnIcon = 1,
+  kColumnDatum,
+  kColumnStart,
+  kColumnDauer,
+  kColumnKosten,
+  kColumnEinheiten,
+  kColumnIn,
+  kColumnOut,
+  kColumnInOut,
+  kColumnDfue,
+  kColumnTarif,
+  kColumnUser,
+  kColumnKommentar,
+  kColumnFile,
+  kColumnSortDatum,
+};
+
+// The headers of columns 1 to 13 ("" for the icon column) and their widths.
+const QStringList& ListColumnHeaders();
+int ListColumnWidth(int column);
+
+// One row of the grid.
+struct ListRow {
+  int icon = 0;
+  // The texts of columns 2 to 15, the first at index 0.
+  QStringList cells;
+
+  const QString& Cell(int column) const { return cells.at(column - kColumnDatum); }
+};
+
+// What a reload of the list asks for.
+struct ListQuery {
+  ListPeriod period;
+  RecordFilter filter;
+  std::optional<quint8> tax;  // the net view deducts this rate in percent
+  Colouring colouring;
+  QString waehrung;
+};
+
+struct ListResult {
+  QList<ListRow> rows;    // in folder order
+  QString totalDuration;  // lblGesamtDauer
+  QString totalCost;      // lblGesamtkosten
+  WalkResult walk;
+};
+
+// Reads the records that pass the query's filters into rows and sums their
+// duration and cost. A record with one of its first eleven lines empty is
+// left out; the comment may be empty.
+ListResult GetConnections(const DataDir& dir, const ListQuery& query,
+                          const std::atomic<bool>* cancel = nullptr);
+
+}  // namespace minutor

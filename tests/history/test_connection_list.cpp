@@ -1,0 +1,228 @@
+#include "history/ConnectionList.h"
+#include "history/ListColouring.h"
+#include "history/ListConfig.h"
+#include "history/ListLoader.h"
+#include "history/ListSort.h"
+#include "support/RecordFiles.h"
+#include "support/TempDataDir.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace minutor;
+
+namespace {
+
+ListQuery AllOf(const DataDir& dir, const QString& period = QStringLiteral("Gesamt")) {
+  ListQuery query;
+  query.period = MakeListPeriod(dir, period, QDate(2026, 5, 20));
+  query.waehrung = QStringLiteral("€");
+  return query;
+}
+
+QStringList Column(const QList<ListRow>& rows, int column) {
+  QStringList cells;
+  for (const ListRow& row : rows) {
+    cells.append(row.Cell(column));
+  }
+  return cells;
+}
+
+// A small history: two days in May, one in April, and records that the list
+// must leave out or take as they are.
+void WriteHistory(const test::TempDataDir& data) {
+  using test::RecordLines;
+  test::WriteRecord(data, "20052026-090000.con", RecordLines("20.05.2026", "09:00:00", "60:30:45", "1,00"));
+  test::WriteRecord(
+      data, "20052026-180000.con",
+      RecordLines("20.05.2026", "18:00:00", "50:40:30", "10", "Funkwelle - Tag und Nacht.atl", "Bert"));
+  test::WriteRecord(data, "03042026-120000.con",
+                    RecordLines("03.04.2026", "12:00:00", "0:00:15", "9,5", "Netzwerk - Flat.tel"));
+  QList<QByteArray> noUser = RecordLines("21.05.2026", "08:00:00", "0:01:00", "5,00");
+  noUser[10] = "";
+  test::WriteRecord(data, "21052026-080000.con", noUser);
+  test::WriteRecord(data, "21052026-090000.con",
+                    RecordLines("21.05.2026", "09:00:00", "0:01:00", "5,00").mid(0, 10));
+  // A name that holds no date passes "Gesamt" only; the date column comes
+  // from the record itself.
+  test::WriteRecord(data, "kopie-090000.con", RecordLines("01.01.2020", "07:00:00", "0:00:05", "0,2"));
+}
+
+}  // namespace
+
+class TestConnectionList : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void rowsAndTotals() {
+    test::TempDataDir data;
+    WriteHistory(data);
+    ListQuery query = AllOf(data.dir());
+    ListResult all = GetConnections(data.dir(), query);
+    QCOMPARE(all.rows.size(), 4);
+    const ListRow& first = all.rows.at(0);  // folder order: 03042026 first
+    QCOMPARE(first.cells, (QStringList{"03.04.2026", "12:00:00", "00:00:15", "9,500", "3", "1500", "500",
+                                       "2000", "Mobilfunk-Stick", "Netzwerk - Flat", "Anna", "",
+                                       "03042026-120000.con", "20260403"}));
+    QCOMPARE(all.totalDuration, QStringLiteral("111:11:35"));
+    QCOMPARE(all.totalCost, QStringLiteral("20,70 €"));
+
+    query.period = MakeListPeriod(data.dir(), QStringLiteral("Heute"), QDate(2026, 5, 20));
+    query.filter.provider = QStringLiteral("Funkwelle");
+    query.filter.tariff = QStringLiteral("A - Tag und Nacht");
+    const ListResult today = GetConnections(data.dir(), query);
+    QCOMPARE(Column(today.rows, kColumnUser), QStringList{"Bert"});
+    QCOMPARE(today.totalDuration, QStringLiteral("50:40:30"));
+    QCOMPARE(today.walk.read, 2);  // the period is judged on the name before a file is read
+
+    query = AllOf(data.dir());
+    query.filter.user = QStringLiteral("Anna");
+    QCOMPARE(GetConnections(data.dir(), query).rows.size(), 3);
+    query.filter.user = QStringLiteral("Nobody");
+    const ListResult none = GetConnections(data.dir(), query);
+    QCOMPARE(none.totalDuration, QStringLiteral("00:00:00"));
+    QCOMPARE(none.totalCost, QStringLiteral("0,00 €"));
+  }
+
+  void netView_data() {
+    QTest::addColumn<int>("rate");
+    QTest::addColumn<QString>("cost");
+    QTest::newRow("16 deducts from the gross") << 16 << "0,840";
+    QTest::newRow("0") << 0 << "1,000";
+    QTest::newRow("100") << 100 << "0,000";
+  }
+
+  void netView() {
+    QFETCH(int, rate);
+    QFETCH(QString, cost);
+    test::TempDataDir data;
+    test::WriteRecord(data, "20052026-090000.con",
+                      test::RecordLines("20.05.2026", "09:00:00", "0:10:00", "1,00"));
+    ListQuery query = AllOf(data.dir());
+    query.tax = static_cast<quint8>(rate);
+    const ListResult result = GetConnections(data.dir(), query);
+    QCOMPARE(result.rows.at(0).Cell(kColumnKosten), cost);
+    QCOMPARE(result.totalCost, cost.left(cost.size() - 1) + QStringLiteral(" €"));
+  }
+
+  void classIcons_data() {
+    QTest::addColumn<QByteArray>("config");
+    QTest::addColumn<QByteArray>("cost");
+    QTest::addColumn<int>("tax");
+    QTest::addColumn<int>("icon");
+    const QByteArray costs = "1\r\n1\r\n2\r\n3\r\n";
+    QTest::newRow("equal to a limit stays below") << costs << QByteArray("1,00") << -1 << 0;
+    QTest::newRow("just above") << costs << QByteArray("1,001") << -1 << 1;
+    QTest::newRow("above all") << costs << QByteArray("3,5") << -1 << 3;
+    QTest::newRow("limits out of order: the last that holds")
+        << QByteArray("1\r\n3\r\n2\r\n1\r\n") << QByteArray("2,5") << -1 << 3;
+    QTest::newRow("net value is classed") << costs << QByteArray("2,2") << 16 << 1;
+    QTest::newRow("empty limits") << QByteArray("1\r\n") << QByteArray("0,01") << -1 << 3;
+    QTest::newRow("duration class is always 0")
+        << QByteArray("2\r\n\r\n\r\n\r\n0:00:01\r\n0:00:02\r\n0:00:03\r\n") << QByteArray("1,00") << -1 << 0;
+    // The cipher text of line 8 has no leading digits: 0 KB, below limit 0.5.
+    QTest::newRow("transfer reads the cipher text")
+        << QByteArray("3\r\n\r\n\r\n\r\n\r\n\r\n\r\n0,5\r\n1\r\n2\r\n") << QByteArray("1,00") << -1 << 0;
+    QTest::newRow("garbage") << QByteArray("x\r\n") << QByteArray("9") << -1 << 0;
+  }
+
+  void classIcons() {
+    QFETCH(QByteArray, config);
+    QFETCH(QByteArray, cost);
+    QFETCH(int, tax);
+    QFETCH(int, icon);
+    test::TempDataDir data;
+    data.write(QStringLiteral("Config/Difference.cfg"), config);
+    test::WriteRecord(data, "20052026-090000.con",
+                      test::RecordLines("20.05.2026", "09:00:00", "0:10:00", cost));
+    ListQuery query = AllOf(data.dir());
+    query.colouring = ReadColouring(data.dir());
+    if (tax >= 0) {
+      query.tax = static_cast<quint8>(tax);
+    }
+    QCOMPARE(GetConnections(data.dir(), query).rows.at(0).icon, icon);
+  }
+
+  void sorting() {
+    test::TempDataDir data;
+    using test::RecordLines;
+    test::WriteRecord(data, "01052026-100000.con", RecordLines("01.05.2026", "10:00:00", "0:01:00", "9,00"));
+    test::WriteRecord(data, "01052026-230000.con",
+                      RecordLines("01.05.2026", "23:00:00", "10:00:00", "10,00"));
+    test::WriteRecord(data, "02042026-080000.con", RecordLines("02.04.2026", "08:00:00", "2:00:00", "0,50"));
+    test::WriteRecord(data, "31122025-080000.con", RecordLines("31.12.2025", "08:00:00", "0:30:00", "2,00"));
+    QList<ListRow> rows = GetConnections(data.dir(), AllOf(data.dir())).rows;
+
+    SortRows(rows, SortByHeader(kColumnDatum));
+    QCOMPARE(Column(rows, kColumnFile), (QStringList{"01052026-230000.con", "01052026-100000.con",
+                                                     "02042026-080000.con", "31122025-080000.con"}));
+    SortRows(rows, SortByHeader(kColumnDauer));
+    QCOMPARE(Column(rows, kColumnDauer), (QStringList{"10:00:00", "02:00:00", "00:30:00", "00:01:00"}));
+    // The cost sorts as text, descending.
+    SortRows(rows, SortByHeader(kColumnKosten));
+    QCOMPARE(Column(rows, kColumnKosten), (QStringList{"9,000", "2,000", "10,000", "0,500"}));
+    // Restored from List.cfg, an unknown type of the second key is harmless.
+    SortRows(rows, SortFromConfig(kColumnDatum, 2, 100));
+    QCOMPARE(Column(rows, kColumnStart), (QStringList{"23:00:00", "10:00:00", "08:00:00", "08:00:00"}));
+    SortRows(rows, SortFromConfig(77, 1, -3));
+    QCOMPARE(rows.size(), 4);
+  }
+
+  void loaderHandsOverOnlyTheNewest() {
+    test::TempDataDir data;
+    WriteHistory(data);
+    auto loader = std::make_unique<ListLoader>(data.dir());
+    QSignalSpy spy(loader.get(), &ListLoader::loaded);
+    loader->Load(AllOf(data.dir(), QStringLiteral("Heute")), SortByHeader(kColumnDatum));
+    loader->Load(AllOf(data.dir()), SortByHeader(kColumnDatum));
+    QVERIFY(loader->IsLoading());
+    QVERIFY(spy.wait());
+    QVERIFY(!loader->IsLoading());
+    loader.reset();  // waits for the overtaken request
+    QCoreApplication::processEvents();
+    QCOMPARE(spy.size(), 1);
+    const auto result = spy.at(0).at(0).value<ListResult>();
+    QCOMPARE(Column(result.rows, kColumnStart),
+             (QStringList{"18:00:00", "09:00:00", "12:00:00", "07:00:00"}));
+  }
+
+  void listConfig() {
+    test::TempDataDir data;
+    ListConfig defaults = LoadListCfg(data.dir());
+    QCOMPARE(defaults.sort.keys[0].column, int(kColumnSortDatum));
+    QCOMPARE(defaults.user, kAlle);
+
+    ListConfig config;
+    config.periodIndex = 4;
+    config.user = QStringLiteral("Jürgen");
+    config.provider = QStringLiteral("Funkwelle");
+    config.tariff = QStringLiteral("M - Tag und Nacht");
+    config.net = true;
+    config.sort = SortByHeader(kColumnEinheiten);
+    for (int column = 1; column <= 13; ++column) {
+      config.columns.append({ListColumnWidth(column) + column, 14 - column});
+    }
+    QVERIFY(SaveListCfg(data.dir(), config));
+    const ListConfig back = LoadListCfg(data.dir());
+    QCOMPARE(back.periodIndex, 4);
+    QCOMPARE(back.user, config.user);
+    QCOMPARE(back.tariff, config.tariff);
+    QVERIFY(back.net);
+    QCOMPARE(back.sort.column, int(kColumnEinheiten));
+    QCOMPARE(back.sort.type, 100);
+    QCOMPARE(back.columns.size(), 13);
+    QCOMPARE(back.columns.at(12).width, 213);
+    QCOMPARE(back.columns.at(12).position, 1);
+
+    // Garbage and a short file: what can't be read keeps its default.
+    data.write(QStringLiteral("Config/List.cfg"), "99\r\n  Anna \r\n");
+    const ListConfig shortFile = LoadListCfg(data.dir());
+    QCOMPARE(shortFile.periodIndex, 0);
+    QCOMPARE(shortFile.user, QStringLiteral("Anna"));
+    QCOMPARE(shortFile.provider, kAlle);
+    QVERIFY(shortFile.columns.isEmpty());
+  }
+};
+
+QTEST_GUILESS_MAIN(TestConnectionList)
+#include "test_connection_list.moc"
