@@ -33,8 +33,9 @@ struct WalkResult {
 };
 
 // Lists the records' folder once and reads the records whose name `wanted`
-// accepts, handing each to `take`; the name is judged before the file is
-// opened, so a short period doesn't read the whole history. Unreadable files
+// accepts, handing each to `take` in the order of their names; the name is
+// judged before the file is opened, so a short period doesn't read the whole
+// history. `wanted` is asked in the folder's own order. Unreadable files
 // are counted and passed over. Stops between two files once `cancel` is set.
 WalkResult WalkRecords(const DataDir& dir,
                        const std::function<bool(const QString& name, const QDate& date)>& wanted,

@@ -4,6 +4,7 @@
 #include "frame/datadir/NumberText.h"
 #include "history/RecordDates.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -31,7 +32,7 @@ int MonthLength(int month) {
   }
 }
 
-void CountName(QList<NameCount>& table, const QString& name) {
+void CountName(QList<NameCount>& table, const QByteArray& name) {
   for (NameCount& entry : table) {
     if (entry.name == name) {
       ++entry.count;
@@ -53,7 +54,7 @@ const NameCount* MostFrequent(const QList<NameCount>& table) {
 }
 
 QString Found(const QString& lead, const NameCount& entry) {
-  return lead + entry.name + QStringLiteral(" (") + QString::number(entry.count) +
+  return lead + FromAnsi(entry.name) + QStringLiteral(" (") + QString::number(entry.count) +
          QStringLiteral(" Verbindungen)");
 }
 
@@ -142,14 +143,12 @@ int GetPeriodDays(const QString& period, const QDate& today, const QDate& earlie
   return 7;
 }
 
-bool AddToReport(ReportTotals& totals, QList<QByteArray> fields) {
-  fields.resize(12);
-  fields[0] = fields[0].mid(1);
-  fields[3] = fields[3].mid(1);
-  for (int i = 0; i < 11; ++i) {
-    if (fields[i].isEmpty()) {
-      return false;
-    }
+bool AddToReport(ReportTotals& totals, const QList<QByteArray>& fields) {
+  // Lines 1 and 4 begin with a character of no meaning.
+  if (fields.size() < 11 || fields[0].size() < 2 || fields[3].size() < 2 ||
+      std::any_of(fields.begin(), fields.begin() + 11,
+                  [](const QByteArray& line) { return line.isEmpty(); })) {
+    return false;
   }
   const qint64 hours = qRound64(LeadingNumber(fields[2]));
   // A duration beyond a day's clock has no minutes or seconds to read.
@@ -163,13 +162,13 @@ bool AddToReport(ReportTotals& totals, QList<QByteArray> fields) {
   totals.dayMinutes += day;
   totals.nightMinutes += durMinutes - day;
 
-  CountName(totals.entries, FromAnsi(fields[8]));
-  CountName(totals.tariffs, FromAnsi(fields[9]));
-  CountName(totals.users, FromAnsi(fields[10]));
+  CountName(totals.entries, fields[8]);
+  CountName(totals.tariffs, fields[9]);
+  CountName(totals.users, fields[10]);
   totals.hours += hours;
   totals.minutes += minute;
   totals.seconds += second;
-  totals.costSum += static_cast<double>(ParseBetrag(fields[3]));
+  totals.costSum += static_cast<double>(ParseBetrag(fields[3].mid(1)));
   totals.kbSum += LeadingNumber(fields[7]) / 1000;
   ++totals.connections;
   return true;

@@ -10,10 +10,10 @@
 
 namespace minutor {
 
-// A name met in the records and how many connections carried it, in the
-// order the names were first met.
+// A name met in the records, as the record's bytes hold it, and how many
+// connections carried it, in the order the names were first met.
 struct NameCount {
-  QString name;
+  QByteArray name;
   int count = 0;
 };
 
@@ -50,7 +50,7 @@ int GetPeriodDays(const QString& period, const QDate& today, const QDate& earlie
 
 // Adds one record, given as its deciphered lines, to the sums. A record that
 // lacks one of its first eleven lines is passed over; false then.
-bool AddToReport(ReportTotals& totals, QList<QByteArray> fields);
+bool AddToReport(ReportTotals& totals, const QList<QByteArray>& fields);
 
 // The texts of a run. `userItem` is what the user selection shows.
 ReportTexts ReportSentences(const ReportTotals& totals, int days, const QString& userItem,

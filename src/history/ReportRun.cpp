@@ -19,6 +19,7 @@ ReportTexts BuildReport(const DataDir& dir, const QString& period, const QString
   const bool all = period == QLatin1String("Gesamt");
   const bool thisMonth = period == QLatin1String("Dieser Monat");
   const ListPeriod listPeriod = MakeListPeriod(dir, period, today);
+  const bool anyUser = user == kAlle;
   const QByteArray wantedUser = ToAnsi(user);
   QDate earliest = today;
   ReportTotals totals;
@@ -37,7 +38,7 @@ ReportTexts BuildReport(const DataDir& dir, const QString& period, const QString
         return listPeriod.Passes(date);
       },
       [&](const RecordFile& record) {
-        if (user == kAlle || record.Line(11) == wantedUser) {
+        if (anyUser || record.Line(11) == wantedUser) {
           AddToReport(totals, record.fields);
         }
       },

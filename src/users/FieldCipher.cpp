@@ -18,9 +18,9 @@ constexpr qsizetype kLocalBuffer = 256;
 
 using LocalBytes = QVarLengthArray<char, kLocalBuffer>;
 
-int Code(char c) { return static_cast<unsigned char>(c); }
+constexpr int Code(char c) { return static_cast<unsigned char>(c); }
 
-qint64 DeriveSOf(QByteArrayView passPhrase) {
+constexpr qint64 DeriveSOf(QByteArrayView passPhrase) {
   if (passPhrase.isEmpty()) {
     passPhrase = kDefaultPassPhrase;
   }
@@ -49,6 +49,10 @@ qint64 DeriveSOf(QByteArrayView passPhrase) {
   }
   return s;
 }
+
+// Every stored field is enciphered with the fixed pass phrase; a history
+// scan deciphers a million of them.
+constexpr qint64 kFixedS = DeriveSOf(kFixedPassPhrase);
 
 // Characters at even positions (counted from 1) first, then those at odd ones.
 void SplitInto(QByteArrayView text, char* out) {
@@ -200,7 +204,7 @@ QByteArray EncryptField(const QByteArray& value) {
   if (value.isEmpty()) {
     return {};
   }
-  return EncryptWithS(value, DeriveSOf(kFixedPassPhrase));
+  return EncryptWithS(value, kFixedS);
 }
 
 QByteArray EncryptField(qint64 value) { return EncryptField(QByteArray::number(value)); }
@@ -209,7 +213,7 @@ QByteArray DecryptField(const QByteArray& cipher) {
   if (cipher.isEmpty()) {
     return {};
   }
-  return DecryptWithS(cipher, DeriveSOf(kFixedPassPhrase));
+  return DecryptWithS(cipher, kFixedS);
 }
 
 }  // namespace minutor

@@ -141,7 +141,7 @@ bool DataDir::WriteBytes(QStringView relative, const QByteArray& bytes, WriteSta
 
 bool DataDir::Remove(QStringView relative) const { return QFile::remove(Resolve(relative)); }
 
-QStringList DataDir::ListFiles(QStringView folder, const QString& pattern) const {
+QStringList DataDir::ListFiles(QStringView folder, const QString& pattern, Order order) const {
   const QString path = folder.isEmpty() ? root_ : Resolve(folder);
   const bool all = pattern == QLatin1String("*");
   const QRegularExpression match(all ? QString() : QRegularExpression::wildcardToRegularExpression(pattern),
@@ -170,7 +170,9 @@ QStringList DataDir::ListFiles(QStringView folder, const QString& pattern) const
     }
   }
   ::closedir(listing);
-  std::sort(names.begin(), names.end());
+  if (order == Order::ByName) {
+    std::sort(names.begin(), names.end());
+  }
   return names;
 }
 

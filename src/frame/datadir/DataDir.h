@@ -49,9 +49,12 @@ class DataDir {
   bool Remove(QStringView relative) const;
 
   // File names in a folder that match a wildcard pattern ("*.con",
-  // "Foo*.*"), compared without case, sorted by name. Empty when the folder is
-  // missing.
-  QStringList ListFiles(QStringView folder, const QString& pattern = QStringLiteral("*")) const;
+  // "Foo*.*"), compared without case, sorted by name unless asked for the
+  // folder's own order (which saves sorting what the caller sifts anyway).
+  // Empty when the folder is missing.
+  enum class Order { ByName, AsListed };
+  QStringList ListFiles(QStringView folder, const QString& pattern = QStringLiteral("*"),
+                        Order order = Order::ByName) const;
 
   // The data directory of this user: the executable's own folder when a file
   // named "portable" lies beside it, else $XDG_DATA_HOME/minutor.

@@ -90,7 +90,13 @@ float ParseBetrag(QStringView text) {
   }
   // The whole part goes back through the general text before the point is
   // set: that is how the old program read amounts, and it has to stay so.
-  const QString joined = GeneralText(LeadingNumber(text)) + QLatin1Char('.') + text.mid(comma + 1).toString();
+  // A whole number, the usual case, reads the same without a look at the
+  // locale's decimal sign.
+  const double whole = LeadingNumber(text);
+  const QString wholeText = whole == std::trunc(whole) && std::abs(whole) < 1e15
+                                ? QString::number(static_cast<qint64>(whole))
+                                : GeneralText(whole);
+  const QString joined = wholeText + QLatin1Char('.') + text.mid(comma + 1).toString();
   return static_cast<float>(LeadingNumber(joined));
 }
 
