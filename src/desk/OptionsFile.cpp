@@ -51,7 +51,28 @@ QString ExecValue(const QString& executable) {
     }
     command = QLatin1Char('"') + quoted + QLatin1Char('"');
   }
-  return command.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
+  // A desktop file's value is one line: backslash, line break, tab and
+  // carriage return are written as escapes.
+  QString value;
+  for (const QChar c : command) {
+    switch (c.unicode()) {
+      case '\\':
+        value += QStringLiteral("\\\\");
+        break;
+      case '\n':
+        value += QStringLiteral("\\n");
+        break;
+      case '\t':
+        value += QStringLiteral("\\t");
+        break;
+      case '\r':
+        value += QStringLiteral("\\r");
+        break;
+      default:
+        value += c;
+    }
+  }
+  return value;
 }
 
 }  // namespace
@@ -121,7 +142,8 @@ bool WriteDenyList(const DataDir& dir, const QList<DenyEntry>& entries) {
 }
 
 bool IsUnwantedConnection(Services& services, RemoteAccess& remote) {
-  return services.state.OnlyMarkedEntries && IsUnwantedConnection(services, remote, remote.GetRasConnections());
+  return services.state.OnlyMarkedEntries &&
+         IsUnwantedConnection(services, remote, remote.GetRasConnections());
 }
 
 bool IsUnwantedConnection(Services& services, RemoteAccess& remote, const QList<RasConnection>& connections) {

@@ -7,6 +7,7 @@
 #include "frame/Services.h"
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/DataDir.h"
+#include "frame/datadir/Names.h"
 
 #include <algorithm>
 
@@ -99,13 +100,14 @@ QString EntryTariff(const DataDir& dir, const QString& entry) {
   }
   const QString provider = FromAnsi(lines->at(0));
   const QString label = FromAnsi(lines->at(1));
+  QString tariff;
   if (label.startsWith(QLatin1Char('A'))) {
-    return provider + label.mid(1) + QStringLiteral(".atl");
+    tariff = provider + label.mid(1) + QStringLiteral(".atl");
+  } else if (label.startsWith(QLatin1Char('M'))) {
+    tariff = provider + label.mid(1) + QStringLiteral(".tel");
   }
-  if (label.startsWith(QLatin1Char('M'))) {
-    return provider + label.mid(1) + QStringLiteral(".tel");
-  }
-  return {};
+  // The name becomes a file name in "Tarife" and "Prerun".
+  return IsSafeFileName(tariff) ? tariff : QString();
 }
 
 bool IsEntryAllowed(const DataDir& dir, const QString& entry) {

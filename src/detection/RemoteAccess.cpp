@@ -30,14 +30,7 @@ bool RemoteAccess::HangUp(const QString& handle) {
   return true;
 }
 
-bool IsUsableEntryName(const QString& name) {
-  if (name.trimmed().isEmpty() || !IsValidName(name)) {
-    return false;
-  }
-  // Control characters pass the name check but make files nobody can type.
-  return std::none_of(name.begin(), name.end(),
-                      [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; });
-}
+bool IsUsableEntryName(const QString& name) { return !name.trimmed().isEmpty() && IsSafeFileName(name); }
 
 QStringList GetDFUe(RemoteAccess& remoteAccess) { return remoteAccess.GetEntries(); }
 

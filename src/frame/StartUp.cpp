@@ -60,6 +60,7 @@ void LoadConCheck(const DataDir& dir, AppState& state) {
 }
 
 void RunStartSteps(const DataDir& dir, const QString& shippedDir, AppState& state) {
+  dir.RemoveSaveLeftovers();
   dir.CopyShippedFiles(shippedDir);
   LoadOptions(dir, state);
   CreateDefaultUser(dir);

@@ -41,6 +41,9 @@ QString RecordFileName(const QString& startTag, const QString& startTime);
 
 enum class SaveResult { Saved, NoStart, Failed };
 
+// The box text of a failed save, by the region of the save that failed.
+QString SaveConnectionError(int subcode);
+
 // Writes the record of a finished connection into the data directory. An
 // empty start tag writes nothing. A failure is reported with its subcode.
 SaveResult SaveConnection(const DataDir& dir, const RecordLabels& labels, Prompter& prompter);

@@ -7,6 +7,7 @@
 #include "frame/datadir/NumberText.h"
 #include "metering/MeterHooks.h"
 #include "metering/Prerun.h"
+#include "metering/RecordingCheckpoint.h"
 #include "metering/TrafficSource.h"
 #include "tariffs/PriceTexts.h"
 #include "tariffs/RateLookup.h"
@@ -219,6 +220,7 @@ void Meter::RSTimer1Tick() {
                            GeneralText(f.EinheitRest) + QStringLiteral("s)");
   }
 
+  SaveCheckpoint();
   EndOfTick();
 }
 
@@ -263,6 +265,7 @@ void Meter::RSTimer2Tick() {
                                                       FixedText(f.EinheitRest, 0) + QStringLiteral("KB)");
   }
 
+  SaveCheckpoint();
   EndOfTick();
 }
 
@@ -275,8 +278,12 @@ void Meter::Counter_Stop() {
   // A stop before the first tick leaves nothing to start.
   timerStarter_ = false;
   rsTimer1_ = false;
-  if (writesFiles_ &&
-      SaveConnection(services_.dir, labels_.Record(), services_.prompter) != SaveResult::Failed) {
+  // The checkpoint holds the final values while the record is written: a
+  // crash in between still leaves the whole connection.
+  SaveCheckpoint(true);
+  const bool saved = writesFiles_ && SaveConnection(services_.dir, labels_.Record(), services_.prompter) !=
+                                         SaveResult::Failed;
+  if (saved) {
     hooks_.ConnectionSaved();
   }
   if (rsTimer2_) {
@@ -284,6 +291,11 @@ void Meter::Counter_Stop() {
       SavePrerun(services_.dir, state.AktuellerTarif, fields_.EinheitRest);
     }
     rsTimer2_ = false;
+  }
+  // A record that couldn't be written stays in the checkpoint, and the next
+  // start saves it.
+  if (saved) {
+    RemoveCheckpoint(services_.dir);
   }
   state.RecordingActive = false;
   recording_ = false;
@@ -341,6 +353,23 @@ void Meter::CountSecond() {
   }
   labels_.lblDauer = TwoDigits(f.Stunden) + QLatin1Char(':') + TwoDigits(f.Sekunden / 60) + QLatin1Char(':') +
                      TwoDigits(f.Sekunden % 60);
+}
+
+void Meter::SaveCheckpoint(bool atStop) {
+  if (!writesFiles_ || !recording_) {
+    return;
+  }
+  const float charged = fields_.Kosten + fields_.KostenFrei;
+  const bool due = lastCheckpoint_ == 0 || ticks_ - lastCheckpoint_ >= kCheckpointInterval ||
+                   charged != lastCharged_ || atStop;
+  if (!due) {
+    return;
+  }
+  lastCheckpoint_ = ticks_;
+  lastCharged_ = charged;
+  const std::optional<float> carryOver =
+      fields_.IsVolumeRecording ? std::optional<float>(fields_.EinheitRest) : std::nullopt;
+  minutor::SaveCheckpoint(services_.dir, labels_.Record(), carryOver);
 }
 
 void Meter::EndOfTick() {

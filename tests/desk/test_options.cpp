@@ -1,3 +1,4 @@
+#include "desk/LaunchedPrograms.h"
 #include "desk/OptionsFile.h"
 #include "detection/SimulatedRemoteAccess.h"
 #include "frame/Options.h"
@@ -88,6 +89,13 @@ class TestOptions : public QObject {
     QVERIFY(text().contains("\nName=Minutor\n") && text().contains("\nExec=\"/opt/Min utor/bin/minutor\"\n"));
     QVERIFY(WriteAutostartFile(QStringLiteral("/usr/bin/minutor")));
     QVERIFY(text().contains("\nExec=/usr/bin/minutor\n"));
+    // Whatever the program's path holds, the file keeps its lines and a
+    // desktop reads the path back whole.
+    for (const char* path : {"/opt/a\nName=x\nb/minutor", "/tab\there/x\r", "/q\"$`\\u/m", "/\\n/m"}) {
+      QVERIFY(WriteAutostartFile(QString::fromUtf8(path)));
+      QCOMPARE(text().count('\n'), 5);
+      QCOMPARE(DesktopEntryCommand(file), QStringList{QString::fromUtf8(path)});
+    }
     SetAutostart(false, {}, prompter);
     QVERIFY(!QFile::exists(file) && RemoveAutostartFile());  // removing it again is no failure
     QVERIFY(prompter.messages.isEmpty());

@@ -18,6 +18,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QSystemTrayIcon>
 #include <QTest>
 #include <QToolButton>
@@ -242,22 +243,25 @@ class TestMainWindow : public QObject {
       QVERIFY(p.window->close());
       QCOMPARE(p.records().size(), records);
     }
-    {  // The session ends: no question and no record.
+    // A locked user can't quit, but the end of the session ends the program
+    // for everyone, and keeps the recording without a question.
+    for (const bool locked : {false, true}) {
       Program p;
+      p.state.QuitLocked = locked;
       p.window->StartManualRecording();
+      QVERIFY(!p.window->close());  // asked and cancelled, or refused
+      QCOMPARE(p.prompter.messages.size(), 1);
+      QSignalSpy closed(p.window.get(), &MainWindow::closed);
       p.window->CloseFor(MainWindow::UnloadMode::SessionEnd);
-      QVERIFY(!p.window->isVisible() && p.prompter.messages.isEmpty() && p.records().isEmpty());
+      QVERIFY(!p.window->isVisible() && p.prompter.messages.size() == 1 && closed.size() == 1);
+      QCOMPARE(p.records().size(), 1);
     }
-    // A locked user can't quit.
     Program p;
     p.state.QuitLocked = true;
     QVERIFY(!p.window->close());
     QCOMPARE(p.prompter.messages.last(),
              QStringLiteral("Minutor kann nicht beendet werden, da diesem Benutzer Zugriffsbeschränkungen "
                             "zugeteilt wurden."));
-    p.prompter.messages.clear();
-    p.window->CloseFor(MainWindow::UnloadMode::SessionEnd);  // refused, but not told
-    QVERIFY(p.prompter.messages.isEmpty());
   }
 
   void trayMenuIsBuiltForTheMoment() {

@@ -439,17 +439,19 @@ void MainWindow::changeEvent(QEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  const int mode = static_cast<int>(unloadMode_);
-  if (services_.state.QuitLocked) {
-    if (mode != 2) {
-      event->ignore();
-      services_.prompter.Message(QStringLiteral("Minutor kann nicht beendet werden, da diesem Benutzer "
-                                                "Zugriffsbeschränkungen zugeteilt wurden."),
-                                 Prompter::Icon::Warning);
-    }
+  // The end of the session ends the program, whoever is logged on, and
+  // keeps the running recording as a stop would.
+  const bool sessionEnd = unloadMode_ == UnloadMode::SessionEnd;
+  if (services_.state.QuitLocked && !sessionEnd) {
+    event->ignore();
+    services_.prompter.Message(QStringLiteral("Minutor kann nicht beendet werden, da diesem Benutzer "
+                                              "Zugriffsbeschränkungen zugeteilt wurden."),
+                               Prompter::Icon::Warning);
     return;
   }
-  if (connection_ && mode < 2) {
+  if (connection_ && sessionEnd) {
+    connection_->CounterStop();
+  } else if (connection_) {
     const Prompter::Answer answer = services_.prompter.Ask(
         QStringLiteral(
             "Es wird gerade eine Verbindung aufgezeichnet. Sollen die ermittelten Daten gespeichert "
