@@ -67,6 +67,9 @@ void RecoverCheckpoint(const DataDir& dir, Prompter& prompter) {
     if (!carryOver.isEmpty()) {
       SavePrerun(dir, FromAnsi(fields.at(9)), ParseBetrag(carryOver));
     }
+    // Gone before the box shows: the record is saved, whatever happens to
+    // the program while the box is open.
+    RemoveCheckpoint(dir);
     prompter.Message(QStringLiteral("Die Aufzeichnung der Verbindung vom %1 um %2 wurde unerwartet "
                                     "unterbrochen und mit ihrem letzten gesicherten Stand (Dauer %3) "
                                     "gespeichert.")
