@@ -10,9 +10,24 @@
 #include "tariffs/PriceTexts.h"
 #include "users/UserFile.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 namespace minutor {
 
 namespace {
+
+// Whether a stored tariff is there but can't be read: its folder can't be
+// listed, or something other than a readable file has its name. A tariff
+// that is simply gone is not that.
+bool IsTariffUnreadable(const DataDir& dir, const QString& file) {
+  const QFileInfo folder(dir.Resolve(QStringLiteral("Tarife")));
+  if (folder.exists() && !(folder.isDir() && QDir(folder.filePath()).isReadable())) {
+    return true;
+  }
+  const QFileInfo tariff(dir.Resolve(QStringLiteral("Tarife/") + file));
+  return tariff.exists() && !(tariff.isFile() && tariff.isReadable());
+}
 
 int IndexOf(const QStringList& list, const QString& text, Qt::CaseSensitivity cs = Qt::CaseSensitive) {
   if (text.isEmpty()) {
@@ -46,11 +61,20 @@ void OverviewSelection::Load(const OverviewConfig& wanted) {
   providers_ = GetAnbieterListe(services_.dir);
   providerIndex_ = IndexOf(providers_, wanted.provider);
   ListTariffs();
-  for (int i = 0; i < tariffs_.size(); ++i) {
+  bool found = false;
+  for (int i = 0; i < tariffs_.size() && !found; ++i) {
     if (tariffs_[i].Label == wanted.tariff) {
       tariffIndex_ = i;
-      break;
+      found = true;
     }
+  }
+  // A failed read never costs the user the stored choice.
+  if (!found && !wanted.tariff.isEmpty() &&
+      IsTariffUnreadable(services_.dir, GetTarifDatei(wanted.provider, wanted.tariff))) {
+    unreadTariff_ = std::pair{wanted.provider, wanted.tariff};
+    providerIndex_ = -1;
+    tariffs_.clear();
+    tariffIndex_ = -1;
   }
 
   ShowUserAtLoad(wanted.user);
@@ -66,6 +90,10 @@ OverviewConfig OverviewSelection::Current() const {
   OverviewConfig config;
   config.entry = entry_;
   config.user = userIndex_ >= 0 ? users_[userIndex_] : services_.state.ActiveUser;
+  if (unreadTariff_) {
+    config.provider = unreadTariff_->first;
+    config.tariff = unreadTariff_->second;
+  }
   if (providerIndex_ >= 0) {
     config.provider = providers_[providerIndex_];
   }
@@ -104,6 +132,7 @@ void OverviewSelection::ChooseEntry(int index) {
           providerIndex_ = provider;
           tariffs_ = tariffs;
           tariffIndex_ = i;
+          unreadTariff_.reset();
           ApplyTariff();
           break;
         }
@@ -118,6 +147,7 @@ void OverviewSelection::ChooseProvider(int index) {
     return;
   }
   providerIndex_ = index;
+  unreadTariff_.reset();
   ListTariffs();
   if (tariffIndex_ >= 0) {
     ApplyTariff();
@@ -130,6 +160,7 @@ void OverviewSelection::ChooseTariff(int index) {
     return;
   }
   tariffIndex_ = index;
+  unreadTariff_.reset();
   ApplyTariff();
   Save();
 }

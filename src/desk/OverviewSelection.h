@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+#include <utility>
+
 #include "desk/FreeAllowance.h"
 #include "desk/OverviewFiles.h"
 #include "tariffs/TariffNames.h"
@@ -108,6 +111,9 @@ class OverviewSelection {
   int userIndex_ = -1;
   QString priceText_ = QStringLiteral(" pro Minute");
   FreeAllowance allowance_;
+  // The stored provider and tariff when the tariff couldn't be read at the
+  // load: they stay in the file until the user chooses another.
+  std::optional<std::pair<QString, QString>> unreadTariff_;
 };
 
 }  // namespace minutor

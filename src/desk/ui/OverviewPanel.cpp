@@ -170,7 +170,14 @@ void OverviewPanel::BuildControls() {
 
 void OverviewPanel::LoadNote() {
   noteLoading_ = true;
-  Notiz_->setPlainText(minutor::LoadNote(services_.dir));
+  bool whole = true;
+  Notiz_->setPlainText(minutor::LoadNote(services_.dir, &whole));
+  // Only the beginning of a huge note is shown; saving it would cut off the
+  // rest, so such a note is not edited here.
+  Notiz_->setReadOnly(!whole);
+  Notiz_->setToolTip(whole ? QString()
+                           : QStringLiteral("Die Notiz ist zu lang, um sie hier zu bearbeiten; gezeigt wird "
+                                            "nur ihr Anfang."));
   noteLoading_ = false;
 }
 
