@@ -7,6 +7,7 @@
 #include "frame/Services.h"
 #include "frame/StartUp.h"
 #include "frame/datadir/AnsiText.h"
+#include "frame/datadir/Names.h"
 #include "tariffs/PriceTexts.h"
 #include "users/UserFile.h"
 
@@ -21,6 +22,9 @@ namespace {
 // listed, or something other than a readable file has its name. A tariff
 // that is simply gone is not that.
 bool IsTariffUnreadable(const DataDir& dir, const QString& file) {
+  if (!IsSafeFileName(file)) {
+    return false;
+  }
   const QFileInfo folder(dir.Resolve(QStringLiteral("Tarife")));
   if (folder.exists() && !(folder.isDir() && QDir(folder.filePath()).isReadable())) {
     return true;
