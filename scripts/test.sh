@@ -23,7 +23,6 @@ cmake --build build-asan -j "$jobs"
 cmake -S . -B build-asan-gui -G Ninja -DCMAKE_BUILD_TYPE=Debug -DMINUTOR_LOGIC_ONLY=OFF -DMINUTOR_SANITIZE=ON
 cmake --build build-asan-gui -j "$jobs" --target minutor test_program test_mainwindow
 (cd build-asan-gui && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
-  LSAN_OPTIONS=suppressions="$PWD/../scripts/lsan-qt.supp" \
   ctest --output-on-failure -R '^(test_program|test_mainwindow)$')
 
 echo "All tests passed."
