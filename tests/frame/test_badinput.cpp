@@ -6,6 +6,7 @@
 #include "frame/datadir/NoteFile.h"
 #include "frame/datadir/TaxFile.h"
 #include "metering/ConnectionRecord.h"
+#include "metering/Prerun.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
 #include "users/FieldCipher.h"
@@ -94,6 +95,8 @@ class TestBadInput : public QObject {
     for (const QString& name : names) {
       QVERIFY(::mkfifo(QFile::encodeName(data.path(name)).constData(), 0600) == 0);
     }
+    QVERIFY(data.dir().MakeDir(QStringLiteral("Prerun/Netz - Volumen.dat")));
+    QCOMPARE(LoadPrerun(data.dir(), QStringLiteral("Netz - Volumen.tel")), 0.0f);
     test::RecordingPrompter prompter;
     AppState state;
     LoadOptions(data.dir(), state);

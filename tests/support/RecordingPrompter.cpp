@@ -10,6 +10,9 @@ void RecordingPrompter::Message(const QString& text, Icon icon, const QString&) 
 Prompter::Answer RecordingPrompter::Ask(const QString& text, const QString&, bool) {
   messages.append(text);
   icons.append(Icon::Question);
+  if (whileAsking) {
+    whileAsking();
+  }
   return answers.isEmpty() ? Answer::Cancel : answers.takeFirst();
 }
 

@@ -5,6 +5,8 @@
 #include <QList>
 #include <QStringList>
 
+#include <functional>
+
 namespace minutor::test {
 
 // Remembers every message and answers questions from a prepared list.
@@ -18,6 +20,8 @@ class RecordingPrompter final : public Prompter {
   QList<Icon> icons;
   QList<Answer> answers;  // taken from the front; Cancel when empty
   QStringList passwords;  // taken from the front; cancelled when empty
+  // What happens while a question is open, before it is answered.
+  std::function<void()> whileAsking;
 };
 
 }  // namespace minutor::test

@@ -256,6 +256,15 @@ class TestMainWindow : public QObject {
       QVERIFY(!p.window->isVisible() && p.prompter.messages.size() == 1 && closed.size() == 1);
       QCOMPARE(p.records().size(), 1);
     }
+    {  // The session ends while the question of a close is open.
+      Program p;
+      p.window->StartManualRecording();
+      QSignalSpy closed(p.window.get(), &MainWindow::closed);
+      p.prompter.whileAsking = [&p] { p.window->CloseFor(MainWindow::UnloadMode::SessionEnd); };
+      p.window->close();
+      QCOMPARE(closed.size(), 1);
+      QCOMPARE(p.records().size(), 1);
+    }
     Program p;
     p.state.QuitLocked = true;
     QVERIFY(!p.window->close());

@@ -159,6 +159,15 @@ void MainWindow::CloseFor(UnloadMode mode) {
   unloadMode_ = mode;
   close();
   unloadMode_ = UnloadMode::WindowClose;
+  // A close already under way, its question still open, takes no second
+  // one; the end of the session doesn't wait for the answer.
+  if (mode == UnloadMode::SessionEnd && !shutDown_) {
+    if (connection_) {
+      connection_->CounterStop();
+    }
+    hide();
+    ShutDown();
+  }
 }
 
 bool MainWindow::IsFormLoaded(const QString& name) const {
@@ -465,9 +474,17 @@ void MainWindow::closeEvent(QCloseEvent* event) {
       connection_->CounterStop();
     }
   }
+  event->accept();
+  ShutDown();
+}
+
+void MainWindow::ShutDown() {
+  if (shutDown_) {
+    return;
+  }
+  shutDown_ = true;
   delete smallWindow_;
   KillSysTrayIcon();
-  event->accept();
   emit closed();
 }
 

@@ -116,7 +116,11 @@ class MainWindow : public QMainWindow {
   QTimer onlineCheck_;
   int lastHour_ = 0;
   UnloadMode unloadMode_ = UnloadMode::WindowClose;
+  bool shutDown_ = false;
 
+  // The last steps of the shutdown, once: the small window and the tray
+  // symbol go, and the program may end.
+  void ShutDown();
   void OnEntryClicked(int index);
   bool LoadConnectionPanel();
   QWidget* CreateSidePanel(int index);
