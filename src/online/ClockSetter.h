@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QObject>
 
 #include <functional>
 
@@ -19,7 +20,8 @@ class ClockSetter {
   using Done = std::function<void(Outcome)>;
 
   virtual ~ClockSetter() = default;
-  virtual void SetClock(const QDateTime& moment, Done done) = 0;
+  // `done` runs later, unless `context` has gone by then.
+  virtual void SetClock(const QDateTime& moment, QObject* context, Done done) = 0;
 };
 
 }  // namespace minutor

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QObject>
 #include <QString>
 
 #include <functional>
@@ -18,11 +19,13 @@ class Fetcher {
 
   // Fetches an address; `done` runs once, after the call has returned, with
   // the body, or with nullopt when anything failed (no answer, an error
-  // status, too slow, too large, an address that isn't http or https).
-  virtual void Fetch(const QString& address, Done done) = 0;
+  // status, too slow, too large, an address that isn't http or https). The
+  // fetch belongs to `context`: when that goes, the fetch ends and `done`
+  // never runs.
+  virtual void Fetch(const QString& address, QObject* context, Done done) = 0;
 
-  // Ends every fetch under way; their `done` never runs.
-  virtual void Abort() = 0;
+  // Ends the fetches of `context` under way; their `done` never runs.
+  virtual void Abort(QObject* context) = 0;
 };
 
 }  // namespace minutor

@@ -28,7 +28,7 @@ void TimeCorrection::Start() {
     QTimer::singleShot(0, this, [this] { emit finished(CorrectedText(0)); });
     return;
   }
-  fetcher_.Fetch(address, [this](std::optional<QByteArray> page) {
+  fetcher_.Fetch(address, this, [this](std::optional<QByteArray> page) {
     if (page) {
       Correct(*page);
     } else {
@@ -45,22 +45,23 @@ void TimeCorrection::Correct(const QByteArray& page) {
     return;
   }
   const qint64 difference = now.time().secsTo(found->time);
-  setter_.SetClock(QDateTime(found->date, found->time), [this, difference](ClockSetter::Outcome outcome) {
-    switch (outcome) {
-      case ClockSetter::Outcome::Set:
-        emit finished(CorrectedText(difference));
-        break;
-      case ClockSetter::Outcome::SystemKeepsTime:
-        emit finished(QStringLiteral("Nicht korrigiert: das System stellt die Uhr selbst."));
-        break;
-      case ClockSetter::Outcome::Refused:
-        emit finished(QStringLiteral("Nicht korrigiert: keine Berechtigung."));
-        break;
-      case ClockSetter::Outcome::Failed:
-        emit finished(QStringLiteral("Nicht korrigiert: der Zeitdienst des Systems fehlt."));
-        break;
-    }
-  });
+  setter_.SetClock(QDateTime(found->date, found->time), this,
+                   [this, difference](ClockSetter::Outcome outcome) {
+                     switch (outcome) {
+                       case ClockSetter::Outcome::Set:
+                         emit finished(CorrectedText(difference));
+                         break;
+                       case ClockSetter::Outcome::SystemKeepsTime:
+                         emit finished(QStringLiteral("Nicht korrigiert: das System stellt die Uhr selbst."));
+                         break;
+                       case ClockSetter::Outcome::Refused:
+                         emit finished(QStringLiteral("Nicht korrigiert: keine Berechtigung."));
+                         break;
+                       case ClockSetter::Outcome::Failed:
+                         emit finished(QStringLiteral("Nicht korrigiert: der Zeitdienst des Systems fehlt."));
+                         break;
+                     }
+                   });
 }
 
 }  // namespace minutor

@@ -33,7 +33,7 @@ void UpdateCheck::AskNext() {
     return;
   }
   const QString base = servers_.takeFirst();
-  fetcher_.Fetch(base + QStringLiteral("/update.txt"), [this, base](std::optional<QByteArray> body) {
+  fetcher_.Fetch(base + QStringLiteral("/update.txt"), this, [this, base](std::optional<QByteArray> body) {
     const auto index = body ? ParseUpdateIndex(*body, base, ReadLastBatch(dir_)) : std::nullopt;
     if (index) {
       const auto revision = ReadRevision(dir_);

@@ -20,7 +20,7 @@ void UpdateDownload::Start() { FetchNext(); }
 
 void UpdateDownload::Cancel() {
   cancelled_ = true;
-  fetcher_.Abort();
+  fetcher_.Abort(this);
 }
 
 void UpdateDownload::FetchNext() {
@@ -34,7 +34,7 @@ void UpdateDownload::FetchNext() {
   }
   const UpdateEntry entry = marked_.at(next_);
   emit status(QStringLiteral("Aktuell: ") + entry.fileName);
-  fetcher_.Fetch(entry.address, [this, entry](std::optional<QByteArray> body) {
+  fetcher_.Fetch(entry.address, this, [this, entry](std::optional<QByteArray> body) {
     // A tariff from a Unix server gets CR LF line ends, as every file here has.
     const QString target = QStringLiteral("Tarife/") + entry.fileName;
     if (body && IsUpdateFileName(entry.fileName) && dir_.WriteLines(target, SplitLines(*body))) {

@@ -12,13 +12,13 @@ namespace minutor::test {
 // an address not in the table fails.
 class FakeFetcher final : public Fetcher {
  public:
-  void Fetch(const QString& address, Done done) override {
+  void Fetch(const QString& address, QObject* context, Done done) override {
     asked.append(address);
-    QTimer::singleShot(0, [this, address, done] {
+    QTimer::singleShot(0, context, [this, address, done] {
       done(pages.contains(address) ? std::optional(pages.value(address)) : std::nullopt);
     });
   }
-  void Abort() override {}
+  void Abort(QObject*) override {}
 
   QHash<QString, QByteArray> pages;
   QStringList asked;
@@ -27,7 +27,7 @@ class FakeFetcher final : public Fetcher {
 // Remembers the moments it was asked to set and answers with `outcome`.
 class FakeClockSetter final : public ClockSetter {
  public:
-  void SetClock(const QDateTime& moment, Done done) override {
+  void SetClock(const QDateTime& moment, QObject*, Done done) override {
     moments.append(moment);
     done(outcome);
   }

@@ -21,8 +21,8 @@ class NetworkFetcher final : public QObject, public Fetcher {
   explicit NetworkFetcher(QObject* parent = nullptr) : NetworkFetcher(Limits{}, parent) {}
   explicit NetworkFetcher(Limits limits, QObject* parent = nullptr);
 
-  void Fetch(const QString& address, Done done) override;
-  void Abort() override;
+  void Fetch(const QString& address, QObject* context, Done done) override;
+  void Abort(QObject* context) override;
 
  private:
   Limits limits_;

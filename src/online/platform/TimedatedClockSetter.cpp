@@ -20,15 +20,15 @@ constexpr int kAnswerMs = 120000;
 TimedatedClockSetter::TimedatedClockSetter(QDBusConnection bus, QObject* parent)
     : QObject(parent), bus_(std::move(bus)) {}
 
-void TimedatedClockSetter::SetClock(const QDateTime& moment, Done done) {
+void TimedatedClockSetter::SetClock(const QDateTime& moment, QObject* context, Done done) {
   QDBusMessage ask = QDBusMessage::createMethodCall(
       kService, kPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("GetAll"));
   ask << kService;
   const qint64 microseconds = moment.toMSecsSinceEpoch() * 1000;
   auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(ask), this);
-  connect(watcher, &QDBusPendingCallWatcher::finished, this,
-          [this, watcher, microseconds, done = std::move(done)] {
-            watcher->deleteLater();
+  connect(watcher, &QDBusPendingCallWatcher::finished, watcher, &QObject::deleteLater);
+  connect(watcher, &QDBusPendingCallWatcher::finished, context,
+          [this, watcher, microseconds, context, done = std::move(done)] {
             const QDBusPendingReply<QVariantMap> reply = *watcher;
             if (reply.isError()) {
               done(Outcome::Failed);
@@ -40,17 +40,17 @@ void TimedatedClockSetter::SetClock(const QDateTime& moment, Done done) {
               done(Outcome::SystemKeepsTime);
               return;
             }
-            CallSetTime(microseconds, done);
+            CallSetTime(microseconds, context, done);
           });
 }
 
-void TimedatedClockSetter::CallSetTime(qint64 microseconds, Done done) {
+void TimedatedClockSetter::CallSetTime(qint64 microseconds, QObject* context, Done done) {
   QDBusMessage call = QDBusMessage::createMethodCall(kService, kPath, kService, QStringLiteral("SetTime"));
   call << microseconds << false << true;
   call.setInteractiveAuthorizationAllowed(true);
   auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call, kAnswerMs), this);
-  connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, done = std::move(done)] {
-    watcher->deleteLater();
+  connect(watcher, &QDBusPendingCallWatcher::finished, watcher, &QObject::deleteLater);
+  connect(watcher, &QDBusPendingCallWatcher::finished, context, [watcher, done = std::move(done)] {
     const QDBusPendingReply<> reply = *watcher;
     if (!reply.isError()) {
       done(Outcome::Set);

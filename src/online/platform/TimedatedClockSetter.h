@@ -16,10 +16,10 @@ class TimedatedClockSetter final : public QObject, public ClockSetter {
   explicit TimedatedClockSetter(QDBusConnection bus = QDBusConnection::systemBus(),
                                 QObject* parent = nullptr);
 
-  void SetClock(const QDateTime& moment, Done done) override;
+  void SetClock(const QDateTime& moment, QObject* context, Done done) override;
 
  private:
-  void CallSetTime(qint64 microseconds, Done done);
+  void CallSetTime(qint64 microseconds, QObject* context, Done done);
 
   QDBusConnection bus_;
 };

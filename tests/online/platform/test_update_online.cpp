@@ -140,6 +140,16 @@ class TestUpdateOnline : public QObject {
     QTest::qWait(100);
     QCOMPARE(download.Written(), QStringList{"Tarife/Neu - A.atl"});
     QVERIFY(!s.data.dir().FileExists(QStringLiteral("Config/Update.cfg")));
+
+    // A check that goes away while its server is silent (the connection
+    // ended) is never answered.
+    server.pages.insert("/update.txt", {"", TestServer::Mode::Silent});
+    NetworkFetcher quick(Quick());
+    auto* check = new UpdateCheck(s.data.dir(), s.prompter, quick);
+    check->StartWith({server.base()});
+    QTRY_COMPARE(server.asked.size(), 3);
+    delete check;
+    QTest::qWait(1500);
   }
 
   void withoutServersDatTheUserIsTold() {
