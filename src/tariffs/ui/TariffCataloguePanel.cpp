@@ -74,15 +74,17 @@ void TariffCataloguePanel::BuildControls() {
           [this](QTreeWidgetItem* item) { ShowTarif(item); });
   connect(lstTarife_, &QTreeWidget::customContextMenuRequested, this, &TariffCataloguePanel::ShowContextMenu);
 
-  auto* legend = new QHBoxLayout;
+  // The legend stands in two lines: the panel has little room beside the side bar.
+  auto* legend = new QGridLayout;
   for (const auto& [kind, text] : {std::pair{int{Manual}, QStringLiteral("Manuell hinzugefügt")},
                                    std::pair{int{Fetched}, QStringLiteral("Automatisch hinzugefügt")}}) {
     auto* icon = new QLabel;
     icon->setPixmap(KindIcon(kind).pixmap(16, 16));
-    legend->addWidget(icon);
-    legend->addWidget(new QLabel(text));
+    const int row = legend->rowCount();
+    legend->addWidget(icon, row, 0);
+    legend->addWidget(new QLabel(text), row, 1);
   }
-  legend->addStretch();
+  legend->setColumnStretch(1, 1);
 
   const QStringList captions{QStringLiteral("Tarif erstellen"), QStringLiteral("Tarif ändern"),
                              QStringLiteral("Tarif löschen")};
