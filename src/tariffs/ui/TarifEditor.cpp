@@ -58,6 +58,10 @@ void TarifEditor::BuildControls() {
   comAnbieter_->setObjectName(QStringLiteral("comAnbieter"));
   comAnbieter_->setEditable(true);
   for (int i = 0; i <= 9; ++i) {
+    if (i == 3) {
+      text1_.append(nullptr);
+      continue;
+    }
     auto* edit = new QLineEdit;
     edit->setObjectName(Indexed("Text1", i));
     text1_.append(edit);
@@ -84,6 +88,10 @@ void TarifEditor::BuildControls() {
                            QStringLiteral("Wochenende")};
   auto* boxes = new QVBoxLayout;
   for (int i = 0; i < checks.size(); ++i) {
+    if (checks[i].isEmpty()) {
+      check1_.append(nullptr);
+      continue;
+    }
     auto* box = new QCheckBox(checks[i]);
     box->setObjectName(Indexed("Check1", i));
     check1_.append(box);

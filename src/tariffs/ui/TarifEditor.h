@@ -54,8 +54,8 @@ class TarifEditor : public QDialog {
   Tarif carried_;  // the lines the dialog doesn't show, kept as read
 
   QComboBox* comAnbieter_ = nullptr;
-  QList<QLineEdit*> text1_;   // by index; 3 is unused
-  QList<QCheckBox*> check1_;  // 0-4 and 6; 5 is unused
+  QList<QLineEdit*> text1_;   // by index; 3 is null
+  QList<QCheckBox*> check1_;  // 0-4 and 6; 5 is null
   QLineEdit* volumenkosten_ = nullptr;
   QLineEdit* volumeneinheit_ = nullptr;
   QWidget* picture1_ = nullptr;
