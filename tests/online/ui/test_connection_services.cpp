@@ -69,12 +69,24 @@ class TestConnectionServices : public QObject {
     QTRY_COMPARE(s.clockSetter.moments.size(), 2);
 
     // A click on the found tariffs offers them; one fails, the batch is taken all the same.
+    // "Diesmal nicht" takes nothing; the next click offers the same again.
     auto* label = Find<QLabel>(panel, "lblTarifupdates");
     QTest::mouseClick(label, Qt::LeftButton);
-    auto* dialog = Find<AutoupdateDialog>(panel, "Autoupdate");
+    Find<QPushButton>(*Find<AutoupdateDialog>(panel, "Autoupdate"), "Command1_1")->click();
+    QVERIFY(!s.data.dir().FileExists(u"Config/Update.cfg"));
+    QTest::mouseClick(label, Qt::LeftButton);
+    AutoupdateDialog* dialog = nullptr;
+    for (auto* open : panel.findChildren<AutoupdateDialog*>()) {
+      dialog = open->isVisible() ? open : dialog;
+    }
     auto* list = Find<QListWidget>(*dialog, "List2");
     QCOMPARE(list->count(), 2);
-    QCOMPARE(list->item(1)->checkState(), Qt::Checked);
+    list->item(0)->setCheckState(Qt::Unchecked);
+    list->item(1)->setCheckState(Qt::Unchecked);
+    Find<QPushButton>(*dialog, "Command1_0")->click();
+    QCOMPARE(s.prompter.messages.value(0), QStringLiteral("Keine Tarife zum herunterladen markiert!"));
+    list->item(0)->setCheckState(Qt::Checked);
+    list->item(1)->setCheckState(Qt::Checked);
     Find<QPushButton>(*dialog, "Command1_0")->click();
     QTRY_COMPARE(panel.LabelText("lblTarifupdates"), QStringLiteral("Tarifupdate durchgeführt."));
     QCOMPARE(s.data.read("Tarife/Neu - A.atl"), QByteArray("Name:Neu - A\r\n"));
