@@ -215,6 +215,11 @@ QWidget* MainWindow::CreateSidePanel(int index) {
         connection_->services()->ShowDownloaded();
       }
     });
+    connect(catalogue, &TariffCataloguePanel::newerRevisionFound, this, [this] {
+      if (connection_) {
+        connection_->services()->ShowNewerRevision();
+      }
+    });
     panel = catalogue;
   } else if (index == kDialUpEntry) {
     panel = new DialUpPanel(services_, detection_.remote);

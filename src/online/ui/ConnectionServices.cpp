@@ -59,7 +59,7 @@ void ConnectionServices::RunServices() {
                true);
     }
     if (check->NewerRevision()) {
-      ShowLink(labels_.programmupdates, QStringLiteral("Neues Update verfügbar."), true);
+      ShowNewerRevision();
     }
     meter_.SetTarifupdatePending(false);
     CorrectTime();
@@ -88,6 +88,10 @@ void ConnectionServices::OpenAutoupdate() {
     emit tariffsDownloaded();
   });
   dialog->open();
+}
+
+void ConnectionServices::ShowNewerRevision() {
+  ShowLink(labels_.programmupdates, QStringLiteral("Neues Update verfügbar."), true);
 }
 
 void ConnectionServices::ShowDownloaded() {

@@ -44,6 +44,8 @@ class ConnectionServices : public QObject {
   void CorrectTime();
   // New tariffs came, here or from the catalogue.
   void ShowDownloaded();
+  // A check here or in the catalogue found a newer program revision.
+  void ShowNewerRevision();
 
  signals:
   void tariffsDownloaded();

@@ -339,6 +339,9 @@ void TariffCataloguePanel::CheckForUpdatesNow() {
   connect(check, &UpdateCheck::finished, this, [this, check] {
     check->deleteLater();
     checking_ = false;
+    if (check->NewerRevision()) {
+      emit newerRevisionFound();
+    }
     if (check->Entries().isEmpty()) {
       services_.prompter.Message(QStringLiteral("Keine neuen Tarife gefunden."), Prompter::Icon::Information);
       return;

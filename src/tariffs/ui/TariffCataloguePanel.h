@@ -38,6 +38,8 @@ class TariffCataloguePanel : public QWidget {
  signals:
   // New tariffs came from the update server.
   void tariffsDownloaded();
+  // The server's index names a newer program revision.
+  void newerRevisionFound();
 
  private:
   void BuildControls();
