@@ -178,34 +178,46 @@ class TestUpdateOnline : public QObject {
     NetworkFetcher fetcher(Quick());
     TimedatedClockSetter setter(bus.connection());
 
-    for (const bool ntp : {false, true}) {
+    auto mock = [&bus](const QStringList& call) {
+      QProcess gdbus;
+      gdbus.start("gdbus",
+                  QStringList{"call", "--address", bus.address(), "--dest", "org.freedesktop.timedate1",
+                              "--object-path", "/org/freedesktop/timedate1", "--method"} +
+                      call);
+      gdbus.waitForFinished(5000);
+      return gdbus.readAllStandardOutput();
+    };
+    // The page's 10:05:09 UTC moved to Berlin's 11:05:09 and handed over as UTC again.
+    const QByteArray setTime =
+        "<int64 " +
+        QByteArray::number(QDateTime(QDate(2026, 11, 23), QTime(10, 5, 9), Qt::UTC).toMSecsSinceEpoch() *
+                           1000) +
+        ">, <false>, <true>";
+    struct Case {
+      bool ntp;
+      bool refuse;
+      QString text;
+    };
+    for (const Case& c : {Case{false, false, "Zeit um ±00:05:09 korrigiert."},
+                          Case{true, false, "Nicht korrigiert: das System stellt die Uhr selbst."},
+                          Case{false, true, "Nicht korrigiert: keine Berechtigung."}}) {
       QProcess* timedated =
-          bus.StartMock({"-t", "timedated", "-p", ntp ? R"({"NTP": true})" : R"({"NTP": false})"},
+          bus.StartMock({"-t", "timedated", "-p", c.ntp ? R"({"NTP": true})" : R"({"NTP": false})"},
                         QStringLiteral("org.freedesktop.timedate1"));
       if (timedated == nullptr) {
         QSKIP("python3-dbusmock's timedated template doesn't start");
+      }
+      if (c.refuse) {
+        mock({"org.freedesktop.DBus.Mock.AddMethod", "org.freedesktop.timedate1", "SetTime", "xbb", "",
+              "raise dbus.exceptions.DBusException('nein', name='org.freedesktop.DBus.Error.AccessDenied')"});
       }
       TimeCorrection correction(s.data.dir(), s.clock, fetcher, setter);
       QSignalSpy finished(&correction, &TimeCorrection::finished);
       correction.Start();
       QVERIFY(finished.wait(10000));
-      QProcess gdbus;
-      gdbus.start("gdbus", {"call", "--address", bus.address(), "--dest", "org.freedesktop.timedate1",
-                            "--object-path", "/org/freedesktop/timedate1", "--method",
-                            "org.freedesktop.DBus.Mock.GetMethodCalls", "SetTime"});
-      QVERIFY(gdbus.waitForFinished(5000));
-      const QByteArray recorded = gdbus.readAllStandardOutput();
-      if (ntp) {
-        QCOMPARE(finished.first().first().toString(),
-                 QStringLiteral("Nicht korrigiert: das System stellt die Uhr selbst."));
-        QVERIFY2(!recorded.contains("int64"), recorded);
-      } else {
-        QCOMPARE(finished.first().first().toString(), QStringLiteral("Zeit um ±00:05:09 korrigiert."));
-        // The page's 10:05:09 UTC moved to Berlin's 11:05:09 and handed over as UTC again.
-        const qint64 usec =
-            QDateTime(QDate(2026, 11, 23), QTime(10, 5, 9), Qt::UTC).toMSecsSinceEpoch() * 1000;
-        QVERIFY2(recorded.contains("<int64 " + QByteArray::number(usec) + ">, <false>, <true>"), recorded);
-      }
+      QCOMPARE(finished.first().first().toString(), c.text);
+      const QByteArray recorded = mock({"org.freedesktop.DBus.Mock.GetMethodCalls", "SetTime"});
+      QVERIFY2(recorded.contains(setTime) == !c.ntp, recorded);
       ::test::PrivateBus::Stop(*timedated);
     }
   }
