@@ -39,6 +39,15 @@ bool IsUsableEntryName(const QString& name) {
                       [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; });
 }
 
+bool IsDialUpKind(const RasConnection& connection) {
+  // NetworkManager's profile types of dialled lines, pppd's own "ppp", and
+  // the device types of the classic dial-up world.
+  static const QStringList kinds = {
+      QStringLiteral("gsm"),       QStringLiteral("cdma"), QStringLiteral("pppoe"), QStringLiteral("wwan"),
+      QStringLiteral("bluetooth"), QStringLiteral("ppp"),  QStringLiteral("modem"), QStringLiteral("isdn")};
+  return connection.metered || kinds.contains(connection.deviceType, Qt::CaseInsensitive);
+}
+
 QStringList GetDFUe(RemoteAccess& remoteAccess) { return remoteAccess.GetEntries(); }
 
 }  // namespace minutor

@@ -4,16 +4,17 @@
 #include "desk/ui/SmallWindow.h"
 #include "metering/ui/ConnectionPanel.h"
 
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMap>
 #include <QPointer>
+#include <QSystemTrayIcon>
 #include <QTimer>
 
 #include <array>
 
 class QMenu;
-class QSystemTrayIcon;
 
 namespace minutor {
 
@@ -82,6 +83,9 @@ class MainWindow : public QMainWindow {
 
   // The tray menu as it would open now.
   QMenu* BuildTrayMenu();
+  // A click on the tray symbol: the left button restores the window, a
+  // double click of the middle one starts or stops a recording.
+  void OnTrayEvent(QSystemTrayIcon::ActivationReason reason);
 
   SideBar* sideBar() const { return sideBar_; }
   QLabel* statusField(int index) const { return status_[static_cast<std::size_t>(index)]; }
@@ -114,6 +118,7 @@ class MainWindow : public QMainWindow {
   QSystemTrayIcon* tray_ = nullptr;
   QMenu* trayMenu_ = nullptr;
   QTimer onlineCheck_;
+  QElapsedTimer lastMiddleClick_;
   int lastHour_ = 0;
   UnloadMode unloadMode_ = UnloadMode::WindowClose;
 
@@ -134,7 +139,7 @@ class MainWindow : public QMainWindow {
   void AddSysTrayIcon();
   void KillSysTrayIcon();
   void RestoreFromTray();
-  void OnTrayMiddleClick();
+  void OnTrayMiddleDoubleClick();
   void SetMonitoring(bool on);
 };
 
