@@ -50,11 +50,12 @@ bool HasPanel(int index) {
   return index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry;
 }
 
-// In a panel that scrolls, the wheel scrolls the panel: a selection box or
+// A panel in its scroll area: it scrolls only when its lines don't fit at the
+// width it has, and then the wheel scrolls the panel: a selection box or
 // number field under the pointer changes only once the user has clicked it.
-class WheelScrollsPanel : public QObject {
+class ScrolledPanel : public QObject {
  public:
-  explicit WheelScrollsPanel(QScrollArea* scroll) : QObject(scroll), scroll_(scroll) {
+  explicit ScrolledPanel(QScrollArea* scroll) : QObject(scroll), scroll_(scroll) {
     QWidget* panel = scroll->widget();
     QList<QWidget*> fields;
     for (QComboBox* box : panel->findChildren<QComboBox*>()) {
@@ -236,7 +237,7 @@ QWidget* MainWindow::CreateSidePanel(int index) {
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setWidget(panel);
-  new WheelScrollsPanel(scroll);
+  new ScrolledPanel(scroll);
   return scroll;
 }
 
