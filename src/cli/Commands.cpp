@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include "cli/UpdateCommands.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Options.h"
@@ -43,7 +44,16 @@ const char* const kUsageText =
     "                              a recording of N seconds started by hand with tariff FILE: the\n"
     "                              meter's labels and the record; --save writes the record (and a\n"
     "                              volume tariff's carry-over) as the recording would; TRAFFIC holds\n"
-    "                              lines \"TICK RECEIVED SENT\", the byte counters from that tick on\n";
+    "                              lines \"TICK RECEIVED SENT\", the byte counters from that tick on\n"
+    "  update index DIR [--revision N]\n"
+    "                              writes DIR/update.txt for an update server: each folder DIR/tel/0001,\n"
+    "                              DIR/tel/0002, ... is a batch of that number holding its .atl tariffs\n"
+    "  update check [--server URL] the tariffs the update servers offer: ADDRESS<TAB>FILE a line, then\n"
+    "                              letzteSerie<TAB>N\n"
+    "  update fetch [--server URL] the check, then every offered tariff fetched into Tarife and\n"
+    "                              Config/Update.cfg written; prints each file written\n"
+    "  timesync parse FILE [--bias SECONDS]\n"
+    "                              the local moment a saved page of the time service gives, or 0\n";
 
 struct Io {
   std::FILE* in;
@@ -372,6 +382,9 @@ int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* 
   }
   const DataDir dir(dataDir);
   const QString group = args.takeFirst();
+  if (IsOnlineGroup(group)) {
+    return RunOnlineCommand(dir, group, args, out, err);
+  }
   if (group == QLatin1String("simulate")) {
     return Simulate(dir, args, io);
   }

@@ -17,6 +17,8 @@
 #include "frame/datadir/ClockText.h"
 #include "frame/ui/SideBar.h"
 #include "metering/ui/ConnectionPanel.h"
+#include "online/ui/ConnectionServices.h"
+#include "tariffs/ui/TariffCataloguePanel.h"
 
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -42,12 +44,14 @@ const QString kOverviewLabel = QStringLiteral("Übersicht");
 const QString kConnectionLabel = QStringLiteral("Verbindung");
 const QString kLocked = QStringLiteral("[Gesperrt]");
 const QString kNotRecording = QStringLiteral("Aufzeichnung ist nicht aktiv");
+constexpr int kTarifeEntry = 2;
 constexpr int kDialUpEntry = 3;
 constexpr int kMonitoringEntry = 6;
 constexpr int kOptionsEntry = 7;
 
 bool HasPanel(int index) {
-  return index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry;
+  return index == kTarifeEntry || index == kDialUpEntry || index == kMonitoringEntry ||
+         index == kOptionsEntry;
 }
 
 // A panel in its scroll area: it scrolls only when its lines don't fit at the
@@ -217,7 +221,20 @@ void MainWindow::HideWindows() {
 
 QWidget* MainWindow::CreateSidePanel(int index) {
   QWidget* panel = nullptr;
-  if (index == kDialUpEntry) {
+  if (index == kTarifeEntry) {
+    auto* catalogue = new TariffCataloguePanel(services_, fetcher_);
+    connect(catalogue, &TariffCataloguePanel::tariffsDownloaded, this, [this] {
+      if (connection_) {
+        connection_->services()->ShowDownloaded();
+      }
+    });
+    connect(catalogue, &TariffCataloguePanel::newerRevisionFound, this, [this] {
+      if (connection_) {
+        connection_->services()->ShowNewerRevision();
+      }
+    });
+    panel = catalogue;
+  } else if (index == kDialUpEntry) {
     panel = new DialUpPanel(services_, detection_.remote);
   } else if (index == kMonitoringEntry) {
     auto* monitoring = new ConnectionCheckPanel(services_);
@@ -345,6 +362,12 @@ void MainWindow::StartConnection() {
 bool MainWindow::LoadConnectionPanel() {
   connection_ = new ConnectionPanel(services_, traffic_, client_);
   connection_->SetDetection(detection_.loop);
+  connection_->SetOnline(&fetcher_, &clockSetter_);
+  connect(connection_->services(), &ConnectionServices::tariffsDownloaded, this, [this] {
+    if (auto* scroll = qobject_cast<QScrollArea*>(sidePanels_.value(kTarifeEntry).data())) {
+      static_cast<TariffCataloguePanel*>(scroll->widget())->GetTarife();
+    }
+  });
   connection_->hide();
   connect(connection_, &ConnectionPanel::recordingStarted, this, &MainWindow::OnRecordingStarted);
   connect(connection_, &ConnectionPanel::ticked, this, &MainWindow::OnRecordingTicked);
