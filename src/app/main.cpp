@@ -75,6 +75,12 @@ int main(int argc, char* argv[]) {
     return 0;
   }
 
+  // The system behind detection: NetworkManager where it runs, else pppd and
+  // the kernel; ModemManager for the modem's line.
+  const QDBusConnection bus = QDBusConnection::systemBus();
+  const minutor::ProbesBusServices busServices(bus);
+  minutor::PresetConCheck(dir, busServices);
+
   minutor::AppState state;
   minutor::RunStartSteps(dir, minutor::DataDir::ShippedLocation(exeDir), state);
   minutor::RecoverCheckpoint(dir, prompter);
@@ -84,10 +90,6 @@ int main(int argc, char* argv[]) {
   minutor::SystemClock clock;
   minutor::Services services{state, dir, clock, prompter};
 
-  // The system behind detection: NetworkManager where it runs, else pppd and
-  // the kernel; ModemManager for the modem's line.
-  const QDBusConnection bus = QDBusConnection::systemBus();
-  const minutor::ProbesBusServices busServices(bus);
   minutor::ProbesNetworkManager network(bus);
   minutor::ProbesModemManager modem(bus, state);
   const minutor::HostAddresses host;

@@ -1,7 +1,6 @@
 #include "cli/Commands.h"
 
 #include "cli/UpdateCommands.h"
-#include "desk/FreeAllowance.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Options.h"
@@ -127,6 +126,10 @@ int RecordShow(const DataDir& dir, const QString& file, const Io& io) {
 }
 
 int TariffList(const DataDir& dir, const Io& io) {
+  // An empty list must mean no tariffs, not a mistyped folder.
+  if (!QFileInfo(dir.Root()).isDir()) {
+    return io.Fail(QStringLiteral("no data directory %1").arg(dir.Root()));
+  }
   for (const QString& file : dir.ListFiles(QStringLiteral("Tarife"))) {
     const auto anbieter = GetAnbieter(file);
     const QString label = anbieter ? TarifLabel(*anbieter, file) : QString();
@@ -317,7 +320,6 @@ int Simulate(const DataDir& dir, QStringList args, const Io& io) {
   if (!refusal.isEmpty()) {
     return io.Fail(refusal);
   }
-  state.Restfrei = ComputeFreeAllowance(dir, file, start.date()).restfrei;
 
   FixedClock clock(start);
   StderrPrompter prompter(io);

@@ -154,7 +154,8 @@ bool IsUnwantedConnection(Services& services, RemoteAccess& remote, const QList<
     return false;
   }
   const RasConnection& last = connections.last();
-  if (last.entryName == QStringLiteral("unbekannt") || IsEntryAllowed(services.dir, last.entryName)) {
+  if (!IsDialUpKind(last) || last.entryName == QStringLiteral("unbekannt") ||
+      IsEntryAllowed(services.dir, last.entryName)) {
     return false;
   }
   remote.HangUp(last.handle);
@@ -164,8 +165,9 @@ bool IsUnwantedConnection(Services& services, RemoteAccess& remote, const QList<
 QString AutostartFile() { return ConfigHome() + QLatin1Char('/') + kAutostartName; }
 
 bool WriteAutostartFile(const QString& executable) {
-  const QString text = QStringLiteral("[Desktop Entry]\nType=Application\nName=Minutor\nExec=") +
-                       ExecValue(executable) + QStringLiteral("\nTerminal=false\n");
+  const QString text =
+      QStringLiteral("[Desktop Entry]\nType=Application\nName=Minutor\nIcon=minutor\nExec=") +
+      ExecValue(executable) + QStringLiteral("\nTerminal=false\n");
   return DataDir(ConfigHome()).WriteBytes(kAutostartName, text.toUtf8());
 }
 

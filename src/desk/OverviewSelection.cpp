@@ -226,6 +226,7 @@ void OverviewSelection::ApplyTariff() {
   priceText_ = AktuellerPreisText(services_.dir, file, now, state.FeiertagAktiv, state.Waehrung);
   allowance_ = ComputeFreeAllowance(services_.dir, file, now.date());
   state.Restfrei = allowance_.restfrei;
+  state.RestfreiTarif = file;
 }
 
 void OverviewSelection::ShowUserAtLoad(const QString& wanted) {

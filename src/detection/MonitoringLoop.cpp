@@ -23,7 +23,9 @@ bool MonitoringLoop::IpProbe() { return IsOnlineIP(services_.state, host_, servi
 
 void MonitoringLoop::Check(const std::function<void()>& startConnection) {
   AppState& state = services_.state;
-  if (!state.MonitoringOn) {
+  // Until a tariff is chosen there is nothing to meter a connection with;
+  // the loop waits for it instead of switching itself off.
+  if (!state.MonitoringOn || state.AktuellerTarif.isEmpty()) {
     return;
   }
   // Every probe runs in every check; a recording that one of them started

@@ -32,6 +32,15 @@ bool RemoteAccess::HangUp(const QString& handle) {
 
 bool IsUsableEntryName(const QString& name) { return !name.trimmed().isEmpty() && IsSafeFileName(name); }
 
+bool IsDialUpKind(const RasConnection& connection) {
+  // NetworkManager's profile types of dialled lines, pppd's own "ppp", and
+  // the device types of the classic dial-up world.
+  static const QStringList kinds = {
+      QStringLiteral("gsm"),       QStringLiteral("cdma"), QStringLiteral("pppoe"), QStringLiteral("wwan"),
+      QStringLiteral("bluetooth"), QStringLiteral("ppp"),  QStringLiteral("modem"), QStringLiteral("isdn")};
+  return connection.metered || kinds.contains(connection.deviceType, Qt::CaseInsensitive);
+}
+
 QStringList GetDFUe(RemoteAccess& remoteAccess) { return remoteAccess.GetEntries(); }
 
 }  // namespace minutor

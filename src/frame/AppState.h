@@ -29,6 +29,9 @@ struct AppState {
   // Tariff
   QString AktuellerTarif;
   QString Restfrei = QStringLiteral("-");
+  // The tariff Restfrei was computed for: a recording on another tariff
+  // computes its own.
+  QString RestfreiTarif;
   bool FeiertagAktiv = false;
   bool KanalbuendelungAktiv = false;
 

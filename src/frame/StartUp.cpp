@@ -65,6 +65,7 @@ void RunStartSteps(const DataDir& dir, const QString& shippedDir, AppState& stat
   LoadOptions(dir, state);
   CreateDefaultUser(dir);
   state.Restfrei = QStringLiteral("-");
+  state.RestfreiTarif.clear();
   LoadMonitoring(dir, state);
   LoadConCheck(dir, state);
 }

@@ -1,5 +1,6 @@
 #include "metering/Meter.h"
 
+#include "desk/FreeAllowance.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Services.h"
@@ -79,6 +80,13 @@ void Meter::Counter_Start() {
   }
 
   const QString tarif = state.AktuellerTarif;
+  // The entry's tariff replaces the one chosen on the Overview, and so must
+  // its allowance: another tariff's free minutes would bill a paid
+  // connection as free.
+  if (state.RestfreiTarif != tarif) {
+    state.Restfrei = ComputeFreeAllowance(dir, tarif, now.date()).restfrei;
+    state.RestfreiTarif = tarif;
+  }
   // With channel bundling the fee per connection counts twice.
   f.Kosten = GetGrundgebuehrJeVerbindung(dir, tarif) * static_cast<float>(kanalbuendelung_ + 1);
   f.KostenFrei = 0;

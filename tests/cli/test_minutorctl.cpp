@@ -159,6 +159,9 @@ class TestMinutorctl : public QObject {
     QCOMPARE(noTariff.code, 1);
     QVERIFY(noTariff.err.contains("Fehlt - X.tel"));
     QCOMPARE(Ctl({"--datadir", data.path(), "tariff", "price", "../etc/passwd"}).code, 1);
+    const Result noDir = Ctl({"--datadir", data.path("fehlt"), "tariff", "list"});
+    QCOMPARE(noDir.code, 1);
+    QVERIFY(noDir.err.contains("no data directory"));
     for (const QStringList& usage :
          {QStringList(), QStringList{"tariff", "fly"},
           QStringList{"tariff", "price", "X - Y.tel", "--at", "gestern"}, QStringList{"--datadir"}}) {

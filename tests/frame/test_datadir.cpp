@@ -97,7 +97,7 @@ class TestDataDir : public QObject {
              (QStringList{"Foo - Bar.tel", "Foo - Link.tel", "Foo Net - Bar.ATL"}));
   }
 
-  void shippedFilesAreCopiedButNeverOverwritten() {
+  void shippedFilesAreOfferedOnceAndNeverOverwritten() {
     test::TempDataDir shipped;
     shipped.write(QStringLiteral("Tarife/A - B.tel"), "neu");
     shipped.write(QStringLiteral("Sounds/Standard.wav"), "RIFF");
@@ -109,6 +109,14 @@ class TestDataDir : public QObject {
     QVERIFY(!QFile::exists(data.path(QStringLiteral("tarife/A - B.tel"))));
     QCOMPARE(data.read(QStringLiteral("Sounds/Standard.wav")), QByteArray("RIFF"));
     QCOMPARE(data.read(QStringLiteral("Servers.dat")), QByteArray("server"));
+
+    // A shipped file the user deleted stays deleted; one that a later
+    // version newly ships arrives.
+    QVERIFY(QFile::remove(data.path(QStringLiteral("Servers.dat"))));
+    shipped.write(QStringLiteral("Tarife/C - D.atl"), "neu");
+    data.dir().CopyShippedFiles(shipped.path());
+    QVERIFY(!QFile::exists(data.path(QStringLiteral("Servers.dat"))));
+    QCOMPARE(data.read(QStringLiteral("tarife/C - D.atl")), QByteArray("neu"));
   }
 
   void locationOfTheDataDirectory() {

@@ -114,8 +114,8 @@ class TestStartUp : public QObject {
     AppState state;
     state.Restfrei = QStringLiteral("01:00:00");
     RunStartSteps(data.dir(), shipped.path(), state);
-    QCOMPARE(allFiles(data), (QStringList{"Benutzer/Supervisor.bdg", "Benutzer/Supervisor.usr", "Servers.dat",
-                                          "Tarife/A - B.tel"}));
+    QCOMPARE(allFiles(data), (QStringList{"Benutzer/Supervisor.bdg", "Benutzer/Supervisor.usr",
+                                          "Config/Shipped.cfg", "Servers.dat", "Tarife/A - B.tel"}));
     QVERIFY(state.MonitoringOn);
     QCOMPARE(state.Restfrei, QStringLiteral("-"));
     QCOMPARE(state.Waehrung, QStringLiteral("€"));

@@ -83,6 +83,7 @@ struct Recording {
   Recording(const test::TempDataDir& data, const QString& tariff, const QDateTime& start)
       : clock(start), services{state, data.dir(), clock, prompter}, meter(services, traffic, hooks) {
     state.AktuellerTarif = tariff;
+    state.RestfreiTarif = tariff;
   }
 
   // Counter_Start and the first tick, at the same moment.
@@ -395,7 +396,9 @@ class TestMeter : public QObject {
     const QString file = timeTariff(QStringLiteral("Takt - Folge.tel"));
     Recording r(data, QStringLiteral("Ab"), At(1, 6, 30));
     r.state.DayLimitOn = true;
-    // The tariff of the dial-up entry takes the place of the chosen one.
+    r.state.Restfrei = QStringLiteral("499:59:45");
+    // The tariff of the dial-up entry takes the place of the chosen one,
+    // and the chosen one's free time goes with it.
     r.hooks.detect = [&](DetectedConnection& c) {
       c = {QStringLiteral("Arcor"), QStringLiteral("ISDN"), 7};
       r.state.AktuellerTarif = file;
@@ -410,6 +413,7 @@ class TestMeter : public QObject {
     QCOMPARE(r.hooks.calls.mid(7), (QStringList{"UpdateSmallWindow", "CheckDayLimit", "CheckBudget"}));
     QCOMPARE(r["lblConnectionSpeed"], QStringLiteral("ISDN"));
     QCOMPARE(r.meter.Fields().ConnectionHandle, 7);
+    QCOMPARE(r.state.Restfrei, QStringLiteral("-"));
     QCOMPARE(r["lblKosten"], Euro("0.060"));
   }
 

@@ -18,6 +18,10 @@ namespace minutor {
 
 namespace {
 
+// The shipped files offered to this data directory so far, one relative path
+// in lower case a line.
+const QString kShippedNote = QStringLiteral("Config/Shipped.cfg");
+
 QStringList Components(QStringView relative) {
   QString path = relative.toString();
   path.replace(QLatin1Char('\\'), QLatin1Char('/'));
@@ -282,18 +286,30 @@ void DataDir::CopyShippedFiles(const QString& shippedDir) const {
   if (shippedDir.isEmpty()) {
     return;
   }
+  // Each shipped file is offered once: one the user has deleted stays
+  // deleted, and a later version adds only what it newly ships.
+  QList<QByteArray> offered = ReadLines(kShippedNote).value_or(QList<QByteArray>());
+  const qsizetype before = offered.size();
   const QDir source(shippedDir);
   QDirIterator it(shippedDir, QDir::Files, QDirIterator::Subdirectories);
   while (it.hasNext()) {
     const QString from = it.next();
     const QString relative = source.relativeFilePath(from);
-    if (FileExists(relative)) {
+    const QByteArray note = relative.toLower().toUtf8();
+    if (offered.contains(note)) {
       continue;
     }
-    const auto bytes = ReadFileBytes(from);
-    if (bytes) {
-      WriteBytes(relative, *bytes);
+    if (!FileExists(relative)) {
+      const auto bytes = ReadFileBytes(from);
+      if (!bytes || !WriteBytes(relative, *bytes)) {
+        // Offered again at the next start.
+        continue;
+      }
     }
+    offered.append(note);
+  }
+  if (offered.size() != before) {
+    WriteLines(kShippedNote, offered);
   }
 }
 

@@ -74,8 +74,9 @@ class DataDir {
   // installation's data folder, or the source tree when run from a build.
   static QString ShippedLocation(const QString& executableDir);
 
-  // Copies every shipped file that the data directory lacks. Files that exist,
-  // in whatever case, are never overwritten.
+  // Copies the shipped files that haven't been offered to this data directory
+  // before and that it lacks. Files that exist, in whatever case, are never
+  // overwritten.
   void CopyShippedFiles(const QString& shippedDir) const;
 
  private:

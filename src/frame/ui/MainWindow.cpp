@@ -21,17 +21,18 @@
 #include "tariffs/ui/TariffCataloguePanel.h"
 
 #include <QAbstractSpinBox>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QIcon>
 #include <QLocale>
 #include <QMenu>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStatusBar>
-#include <QStyle>
 #include <QSystemTrayIcon>
 
 namespace minutor {
@@ -53,11 +54,12 @@ bool HasPanel(int index) {
          index == kOptionsEntry;
 }
 
-// In a panel that scrolls, the wheel scrolls the panel: a selection box or
+// A panel in its scroll area: it scrolls only when its lines don't fit at the
+// width it has, and then the wheel scrolls the panel: a selection box or
 // number field under the pointer changes only once the user has clicked it.
-class WheelScrollsPanel : public QObject {
+class ScrolledPanel : public QObject {
  public:
-  explicit WheelScrollsPanel(QScrollArea* scroll) : QObject(scroll), scroll_(scroll) {
+  explicit ScrolledPanel(QScrollArea* scroll) : QObject(scroll), scroll_(scroll) {
     QWidget* panel = scroll->widget();
     QList<QWidget*> fields;
     for (QComboBox* box : panel->findChildren<QComboBox*>()) {
@@ -70,10 +72,21 @@ class WheelScrollsPanel : public QObject {
       field->setFocusPolicy(Qt::StrongFocus);
       field->installEventFilter(this);
     }
+    scroll->viewport()->installEventFilter(this);
   }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
+    // A scroll area keeps a panel as high as the panel is at its narrowest,
+    // where wrapped lines take the most room; at the width it has, the panel
+    // needs only the height for that width.
+    if (watched == scroll_->viewport()) {
+      QWidget* panel = scroll_->widget();
+      if (event->type() == QEvent::Resize && panel->hasHeightForWidth()) {
+        panel->setMinimumHeight(panel->heightForWidth(scroll_->viewport()->width()));
+      }
+      return false;
+    }
     if (event->type() == QEvent::Wheel && !static_cast<QWidget*>(watched)->hasFocus()) {
       QCoreApplication::sendEvent(scroll_->verticalScrollBar(), event);
       return true;
@@ -91,7 +104,7 @@ MainWindow::MainWindow(Services& services, TrafficSource& traffic, QWidget* pare
     : QMainWindow(parent), services_(services), traffic_(traffic) {
   setObjectName(QStringLiteral("Form1"));
   setWindowTitle(kTitle);
-  setWindowIcon(QIcon::fromTheme(QStringLiteral("minutor"), style()->standardIcon(QStyle::SP_ComputerIcon)));
+  setWindowIcon(QIcon::fromTheme(QStringLiteral("minutor"), QIcon(QStringLiteral(":/icons/minutor.svg"))));
   setWindowFlag(Qt::WindowMaximizeButtonHint, false);
   setFixedSize(kWidth, kHeight);
 
@@ -250,7 +263,7 @@ QWidget* MainWindow::CreateSidePanel(int index) {
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setWidget(panel);
-  new WheelScrollsPanel(scroll);
+  new ScrolledPanel(scroll);
   return scroll;
 }
 
@@ -434,15 +447,17 @@ void MainWindow::ShowSmallWindow(bool show) {
   if (!smallWindow_) {
     smallWindow_ = new SmallWindow(services_);
     connect(smallWindow_, &SmallWindow::restoreRequested, this, [this] {
-      showNormal();
+      RestoreFromTray();
       raise();
       activateWindow();
     });
+    // A tool window has no place in the task bar to be minimised to: it
+    // hides, and comes back with the main window.
     connect(smallWindow_, &SmallWindow::minimizeRequested, this, [this] {
-      showMinimized();
       if (smallWindow_) {
-        smallWindow_->showMinimized();
+        smallWindow_->hide();
       }
+      showMinimized();
     });
   }
   smallWindow_->Initialise();
@@ -454,7 +469,8 @@ void MainWindow::changeEvent(QEvent* event) {
   if (event->type() != QEvent::WindowStateChange) {
     return;
   }
-  if (smallWindow_ && (smallWindow_->windowState() & Qt::WindowMinimized)) {
+  if (smallWindow_ && !(windowState() & Qt::WindowMinimized) &&
+      (smallWindow_->isHidden() || (smallWindow_->windowState() & Qt::WindowMinimized))) {
     smallWindow_->showNormal();
   }
   if (isVisible() && (windowState() & Qt::WindowMaximized)) {
@@ -570,21 +586,7 @@ void MainWindow::AddSysTrayIcon() {
     tray_->setContextMenu(BuildTrayMenu());
     // The menu is made anew each time it opens.
     connect(trayMenu_, &QMenu::aboutToShow, this, &MainWindow::BuildTrayMenu);
-    connect(tray_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-      switch (reason) {
-        case QSystemTrayIcon::DoubleClick:
-        case QSystemTrayIcon::Trigger:
-          // Desktops that speak the StatusNotifierItem protocol report no
-          // double click, so a single click restores as well.
-          RestoreFromTray();
-          break;
-        case QSystemTrayIcon::MiddleClick:
-          OnTrayMiddleClick();
-          break;
-        default:
-          break;
-      }
-    });
+    connect(tray_, &QSystemTrayIcon::activated, this, &MainWindow::OnTrayEvent);
   }
   tray_->show();
 }
@@ -602,14 +604,40 @@ void MainWindow::RestoreFromTray() {
   KillSysTrayIcon();
 }
 
-void MainWindow::OnTrayMiddleClick() {
+void MainWindow::OnTrayEvent(QSystemTrayIcon::ActivationReason reason) {
+  switch (reason) {
+    case QSystemTrayIcon::DoubleClick:
+    case QSystemTrayIcon::Trigger:
+      // Desktops that speak the StatusNotifierItem protocol report no double
+      // click, so a single click restores as well.
+      RestoreFromTray();
+      break;
+    case QSystemTrayIcon::MiddleClick:
+      // The middle button's double click is made of two clicks here: no
+      // desktop reports it as one, and a single click must not start a
+      // recording by accident.
+      if (lastMiddleClick_.isValid() && !lastMiddleClick_.hasExpired(QApplication::doubleClickInterval())) {
+        lastMiddleClick_.invalidate();
+        OnTrayMiddleDoubleClick();
+      } else {
+        lastMiddleClick_.start();
+      }
+      break;
+    default:
+      break;
+  }
+}
+
+void MainWindow::OnTrayMiddleDoubleClick() {
   if (services_.state.RecordingActive) {
     if (connection_ && connection_->IsStopEnabled()) {
       StopManualRecording();
     }
     return;
   }
-  StartManualRecording();
+  // As a connection that monitoring noticed: the guard has its say.
+  services_.state.DetectionSource = 0;
+  StartConnection();
 }
 
 }  // namespace minutor

@@ -6,16 +6,17 @@
 #include "online/platform/NetworkFetcher.h"
 #include "online/platform/TimedatedClockSetter.h"
 
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMap>
 #include <QPointer>
+#include <QSystemTrayIcon>
 #include <QTimer>
 
 #include <array>
 
 class QMenu;
-class QSystemTrayIcon;
 
 namespace minutor {
 
@@ -84,6 +85,9 @@ class MainWindow : public QMainWindow {
 
   // The tray menu as it would open now.
   QMenu* BuildTrayMenu();
+  // A click on the tray symbol: the left button restores the window, a
+  // double click of the middle one starts or stops a recording.
+  void OnTrayEvent(QSystemTrayIcon::ActivationReason reason);
 
   SideBar* sideBar() const { return sideBar_; }
   QLabel* statusField(int index) const { return status_[static_cast<std::size_t>(index)]; }
@@ -118,6 +122,7 @@ class MainWindow : public QMainWindow {
   QSystemTrayIcon* tray_ = nullptr;
   QMenu* trayMenu_ = nullptr;
   QTimer onlineCheck_;
+  QElapsedTimer lastMiddleClick_;
   int lastHour_ = 0;
   UnloadMode unloadMode_ = UnloadMode::WindowClose;
   bool shutDown_ = false;
@@ -142,7 +147,7 @@ class MainWindow : public QMainWindow {
   void AddSysTrayIcon();
   void KillSysTrayIcon();
   void RestoreFromTray();
-  void OnTrayMiddleClick();
+  void OnTrayMiddleDoubleClick();
   void SetMonitoring(bool on);
 };
 
