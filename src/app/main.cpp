@@ -20,6 +20,10 @@
 #include "frame/datadir/DataDir.h"
 #include "frame/ui/MainWindow.h"
 #include "frame/ui/MessageBoxPrompter.h"
+#include "users/UserAccounts.h"
+#include "users/platform/DBusNotifier.h"
+#include "users/platform/PulseSoundPlayer.h"
+#include "users/ui/LoginDialog.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -68,6 +72,14 @@ int main(int argc, char* argv[]) {
   minutor::SystemClock clock;
   minutor::Services services{state, dir, clock, prompter};
 
+  // The last user's password, unless the desktop login chooses the user.
+  if (const auto user = minutor::CheckUser(dir)) {
+    minutor::LoginDialog login(services, *user);
+    if (login.HasUsers() && login.exec() != QDialog::Accepted) {
+      return 0;
+    }
+  }
+
   // The system behind detection: NetworkManager where it runs, else pppd and
   // the kernel; ModemManager for the modem's line.
   const QDBusConnection bus = QDBusConnection::systemBus();
@@ -80,6 +92,10 @@ int main(int argc, char* argv[]) {
   minutor::MonitoringLoop loop(services, *remote, network, host);
 
   minutor::MainWindow window(services, traffic);
+  minutor::PulseSoundPlayer sound;
+  minutor::DBusNotifier notifier(QDBusConnection::sessionBus());
+  window.alarms().SetSoundPlayer(&sound);
+  window.alarms().SetNotifier(&notifier);
   prompter.setParent(&window);
   // A close can come while a box of the start is still open; then the
   // program ends as soon as that box is gone.

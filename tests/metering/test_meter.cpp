@@ -81,6 +81,7 @@ struct Recording {
   Recording(const test::TempDataDir& data, const QString& tariff, const QDateTime& start)
       : clock(start), services{state, data.dir(), clock, prompter}, meter(services, traffic, hooks) {
     state.AktuellerTarif = tariff;
+    state.ActiveUser = QStringLiteral("Supervisor");
   }
 
   // Counter_Start and the first tick, at the same moment.

@@ -3,6 +3,7 @@
 #include "detection/RemoteAccess.h"
 #include "detection/ui/StatusDialog.h"
 #include "frame/AppState.h"
+#include "frame/Prompter.h"
 #include "frame/Services.h"
 #include "frame/datadir/Names.h"
 #include "frame/datadir/NoteFile.h"
@@ -110,9 +111,32 @@ void OverviewPanel::BuildControls() {
   auto* benutzer = new QGroupBox(QStringLiteral("Benutzer und Budget"), this);
   comOverviewUser_ = new QComboBox(benutzer);
   comOverviewUser_->setObjectName(QStringLiteral("comOverviewUser"));
-  auto* benutzerRow = new QHBoxLayout(benutzer);
-  benutzerRow->addWidget(Caption(QStringLiteral("Benutzer:"), benutzer));
-  benutzerRow->addWidget(comOverviewUser_, 1);
+  lblPeriod_ = new QLabel(benutzer);
+  lblPeriod_->setObjectName(QStringLiteral("lblZeitraum"));
+  auto* benutzerGrid = new QGridLayout(benutzer);
+  benutzerGrid->addWidget(Caption(QStringLiteral("Benutzer:"), benutzer), 0, 0);
+  comOverviewUser_->setMinimumWidth(120);
+  benutzerGrid->addWidget(comOverviewUser_, 0, 1);
+  benutzerGrid->addWidget(lblPeriod_, 0, 2, 1, 2, Qt::AlignRight);
+  const char* budgetCaptions[3] = {"Heute:", "Dieser Monat:", "Definierter Zeitraum:"};
+  for (int i = 0; i < 3; ++i) {
+    const auto k = static_cast<std::size_t>(i);
+    lblBudgetRest_[k] = new QLabel(benutzer);
+    lblBudgetRest_[k]->setObjectName(QStringLiteral("lblOverview(%1)").arg(i + 2));
+    barBudget_[k] = new QProgressBar(benutzer);
+    barBudget_[k]->setObjectName(QStringLiteral("barOverview(%1)").arg(i + 2));
+    barBudget_[k]->setRange(0, 100);
+    barBudget_[k]->setTextVisible(false);
+    barBudget_[k]->setMaximumHeight(12);
+    lblBudgetPercent_[k] = new QLabel(benutzer);
+    lblBudgetPercent_[k]->setObjectName(QStringLiteral("lblOverview(%1)").arg(i + 6));
+    benutzerGrid->addWidget(Caption(QString::fromUtf8(budgetCaptions[i]), benutzer), i + 1, 0);
+    benutzerGrid->addWidget(lblBudgetRest_[k], i + 1, 1, Qt::AlignRight);
+    benutzerGrid->addWidget(barBudget_[k], i + 1, 2);
+    benutzerGrid->addWidget(lblBudgetPercent_[k], i + 1, 3, Qt::AlignRight);
+  }
+  benutzerGrid->setColumnStretch(2, 1);
+  benutzerGrid->setVerticalSpacing(1);
 
   Check1_ = new QCheckBox(QStringLiteral("Überwachung"), this);
   Check1_->setObjectName(QStringLiteral("Check1"));
@@ -217,6 +241,14 @@ void OverviewPanel::ShowSelection() {
   lblOverview9_->setVisible(allowance.barVisible);
   lblOverview9_->setText(allowance.percentText);
 
+  const auto& budget = selection_.Budget();
+  for (std::size_t i = 0; i < 3; ++i) {
+    lblBudgetRest_[i]->setText(budget ? (*budget)[i].rest : QStringLiteral("0.00 ") + state.Waehrung);
+    lblBudgetPercent_[i]->setText(budget ? (*budget)[i].percent : QString());
+    barBudget_[i]->setValue(budget ? (*budget)[i].bar : 0);
+  }
+  lblPeriod_->setText(selection_.PeriodText());
+
   Check1_->setEnabled(!selection_.MonitoringLocked());
   Check1_->setChecked(state.MonitoringOn);
   chkFeiertag_->setChecked(state.FeiertagAktiv);
@@ -229,6 +261,10 @@ void OverviewPanel::OnEntryChosen(int index) {
 }
 
 void OverviewPanel::OnDialClicked() {
+  if (const QString refusal = selection_.DialRefusal(); !refusal.isEmpty()) {
+    services_.prompter.Message(refusal, Prompter::Icon::Information);
+    return;
+  }
   if (remote_ == nullptr || selection_.Entry().isEmpty()) {
     return;
   }

@@ -17,6 +17,10 @@
 #include "frame/datadir/ClockText.h"
 #include "frame/ui/SideBar.h"
 #include "metering/ui/ConnectionPanel.h"
+#include "users/Budget.h"
+#include "users/UserRights.h"
+#include "users/ui/BudgetPanel.h"
+#include "users/ui/UserPanel.h"
 
 #include <QAbstractSpinBox>
 #include <QCloseEvent>
@@ -39,14 +43,16 @@ namespace {
 const QString kTitle = QStringLiteral("Minutor 3.3");
 const QString kOverviewLabel = QStringLiteral("Übersicht");
 const QString kConnectionLabel = QStringLiteral("Verbindung");
-const QString kLocked = QStringLiteral("[Gesperrt]");
 const QString kNotRecording = QStringLiteral("Aufzeichnung ist nicht aktiv");
 constexpr int kDialUpEntry = 3;
+constexpr int kBudgetEntry = 4;
+constexpr int kUserEntry = 5;
 constexpr int kMonitoringEntry = 6;
 constexpr int kOptionsEntry = 7;
 
 bool HasPanel(int index) {
-  return index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry;
+  return index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry ||
+         index == kBudgetEntry || index == kUserEntry;
 }
 
 // In a panel that scrolls, the wheel scrolls the panel: a selection box or
@@ -141,8 +147,33 @@ void MainWindow::Start() {
   // Centred once shown, when the size of the window's frame is known.
   CenterOnScreen();
   ShowOverview();
+  ApplyUserPreventions();
   sideBar_->SetAllEnabled(true);
   onlineCheck_.start();
+}
+
+void MainWindow::ApplyUserPreventions() {
+  status_[2]->setText(QStringLiteral("Aktiver Benutzer: ") + services_.state.ActiveUser);
+  const bool wasLocked = services_.state.QuitLocked;
+  const auto locks = SetUserPreventions(services_.dir, services_.state.ActiveUser, services_.state);
+  if (!locks) {
+    return;
+  }
+  for (int index = 1; index < SideBar::kEntries; ++index) {
+    const QString label = NavigationLabel(index, *locks);
+    if (!label.isEmpty()) {
+      sideBar_->SetLabel(index, label);
+    }
+  }
+  // A window manager leaves tool windows out of the task bar. Changing the
+  // kind of window hides it, so a shown window is shown again.
+  if (services_.state.QuitLocked != wasLocked) {
+    const bool shown = isVisible();
+    setWindowFlag(Qt::Tool, services_.state.QuitLocked);
+    if (shown) {
+      show();
+    }
+  }
 }
 
 void MainWindow::CenterOnScreen() {
@@ -214,6 +245,18 @@ QWidget* MainWindow::CreateSidePanel(int index) {
     panel = monitoring;
   } else if (index == kOptionsEntry) {
     panel = new OptionsPanel(services_, detection_.remote);
+  } else if (index == kUserEntry) {
+    auto* users = new UserPanel(services_);
+    connect(users, &UserPanel::rightsChanged, this, &MainWindow::ApplyUserPreventions);
+    panel = users;
+  } else if (index == kBudgetEntry) {
+    auto* budget = new BudgetPanel(services_);
+    connect(budget, &BudgetPanel::budgetSaved, this, [this] {
+      if (connection_) {
+        connection_->RefreshBudget();
+      }
+    });
+    panel = budget;
   } else {
     return nullptr;
   }
@@ -230,7 +273,7 @@ QWidget* MainWindow::CreateSidePanel(int index) {
 
 void MainWindow::OnEntryClicked(int index) {
   const QString label = sideBar_->Label(index);
-  if (label == kLocked) {
+  if (label == kLockedLabel) {
     return;
   }
   if (index == 0 && label == kConnectionLabel) {
@@ -267,6 +310,7 @@ void MainWindow::ShowInClient(QWidget* panel) {
 
 void MainWindow::SetDetection(const Detection& detection) {
   detection_ = detection;
+  alarms_.SetRemoteAccess(detection_.remote);
   // The Overview made at start learns its entries now.
   if (overview_) {
     overview_->SetRemoteAccess(detection_.remote);
@@ -278,9 +322,7 @@ void MainWindow::ShowOverview() {
     overview_ = new OverviewPanel(services_, client_);
     overview_->SetRemoteAccess(detection_.remote);
     connect(overview_, &OverviewPanel::startRequested, this, &MainWindow::StartManualRecording);
-    connect(overview_, &OverviewPanel::activeUserChanged, this, [this](const QString& name) {
-      status_[2]->setText(QStringLiteral("Aktiver Benutzer: ") + name);
-    });
+    connect(overview_, &OverviewPanel::activeUserChanged, this, &MainWindow::ApplyUserPreventions);
   }
   ShowInClient(overview_);
 }
@@ -332,6 +374,7 @@ void MainWindow::StartConnection() {
 bool MainWindow::LoadConnectionPanel() {
   connection_ = new ConnectionPanel(services_, traffic_, client_);
   connection_->SetDetection(detection_.loop);
+  connection_->SetAlarmOutput(&alarms_);
   connection_->hide();
   connect(connection_, &ConnectionPanel::recordingStarted, this, &MainWindow::OnRecordingStarted);
   connect(connection_, &ConnectionPanel::ticked, this, &MainWindow::OnRecordingTicked);
@@ -440,13 +483,12 @@ void MainWindow::changeEvent(QEvent* event) {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   const int mode = static_cast<int>(unloadMode_);
-  if (services_.state.QuitLocked) {
-    if (mode != 2) {
-      event->ignore();
-      services_.prompter.Message(QStringLiteral("Minutor kann nicht beendet werden, da diesem Benutzer "
-                                                "Zugriffsbeschränkungen zugeteilt wurden."),
-                                 Prompter::Icon::Warning);
-    }
+  // The end of the desktop session is let through whatever the user's rights.
+  if (services_.state.QuitLocked && mode != 2) {
+    event->ignore();
+    services_.prompter.Message(QStringLiteral("Minutor kann nicht beendet werden, da diesem Benutzer "
+                                              "Zugriffsbeschränkungen zugeteilt wurden."),
+                               Prompter::Icon::Warning);
     return;
   }
   if (connection_ && mode < 2) {
@@ -503,8 +545,17 @@ QMenu* MainWindow::BuildTrayMenu() {
     }
     for (const QString& entry : entries) {
       trayMenu_->addAction(
-          QLatin1Char('"') + entry + QStringLiteral("\" wählen"), this,
-          [this, remote, entry] { StatusDialog::DialWithProgress(*remote, services_, entry, this); });
+          QLatin1Char('"') + entry + QStringLiteral("\" wählen"), this, [this, remote, entry] {
+            // Only the budget is asked here; the time limits strike while the line is up.
+            if (services_.state.NoDialOnBudget &&
+                IsBudgetExceeded(services_.dir, services_.state.ActiveUser, services_.clock.Now().date())) {
+              services_.prompter.Message(
+                  QStringLiteral("Das Einwählen wurde Ihnen in den Benutzereinstellungen verboten."),
+                  Prompter::Icon::Information);
+              return;
+            }
+            StatusDialog::DialWithProgress(*remote, services_, entry, this);
+          });
     }
   }
   return trayMenu_;

@@ -3,6 +3,7 @@
 #include "desk/ui/OverviewPanel.h"
 #include "desk/ui/SmallWindow.h"
 #include "metering/ui/ConnectionPanel.h"
+#include "users/ui/AlarmBoxes.h"
 
 #include <QLabel>
 #include <QMainWindow>
@@ -72,6 +73,11 @@ class MainWindow : public QMainWindow {
   // Hides the recording's panel if it is open and closes every other panel.
   void HideWindows();
 
+  // Applies the rights of the active user: the side bar's locked entries, the
+  // flags, the status line and the quit lock, which also takes the window
+  // out of the task bar.
+  void ApplyUserPreventions();
+
   // The manual start, from the Overview's button or the tray.
   void StartManualRecording();
   // A connection was noticed: the recording starts unless the guard cuts
@@ -90,6 +96,7 @@ class MainWindow : public QMainWindow {
   ConnectionPanel* connection() const { return connection_; }
   SmallWindow* smallWindow() const { return smallWindow_; }
   QSystemTrayIcon* trayIcon() const { return tray_; }
+  AlarmBoxes& alarms() { return alarms_; }
   bool IsOnlineCheckActive() const { return onlineCheck_.isActive(); }
 
  signals:
@@ -111,6 +118,7 @@ class MainWindow : public QMainWindow {
   QPointer<SmallWindow> smallWindow_;
   QMap<int, QPointer<QWidget>> sidePanels_;  // by side-bar entry
   Detection detection_;
+  AlarmBoxes alarms_{this};
   QSystemTrayIcon* tray_ = nullptr;
   QMenu* trayMenu_ = nullptr;
   QTimer onlineCheck_;

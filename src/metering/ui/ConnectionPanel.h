@@ -3,6 +3,8 @@
 #include "desk/LaunchedPrograms.h"
 #include "metering/Meter.h"
 #include "metering/MeterHooks.h"
+#include "users/AlarmOutput.h"
+#include "users/ConnectionAlarms.h"
 
 #include <QHash>
 #include <QTimer>
@@ -21,7 +23,7 @@ struct Services;
 // "Verbindungsübersicht", the panel of a running recording. It exists from
 // the start of a recording to its end and shows what the meter keeps: the
 // labels are the meter's texts, copied after every step of it.
-class ConnectionPanel : public QWidget, private MeterHooks {
+class ConnectionPanel : public QWidget, private MeterHooks, private AlarmOutput {
   Q_OBJECT
 
  public:
@@ -55,6 +57,12 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   // detached processes unless set otherwise.
   void SetProgramLauncher(ProgramLauncher& launcher) { launcher_ = &launcher; }
 
+  // Where the warnings of budgets and limits go; without it they are silent.
+  void SetAlarmOutput(AlarmOutput* output) { alarmOutput_ = output; }
+
+  // A budget was saved: the rests are read again.
+  void RefreshBudget();
+
   bool IsRecording() const { return meter_.IsRecording(); }
   int TickCount() const { return meter_.TickCount(); }
 
@@ -87,6 +95,17 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   void DetectConnection(DetectedConnection& connection) override;
   void LaunchPrograms() override;
   void CheckConnectionEnd() override;
+  void GetTimeLimit() override;
+  void GetBudget() override;
+  void GetNewBudget(bool monthChanged) override;
+  void CheckBudget() override;
+  void CheckDayLimit() override;
+  void CheckMonthLimit() override;
+
+  void PlaySound(const QString& path) override;
+  void BudgetCrossed(int kind) override;
+  void ShowAlert(int kind) override;
+  void ShowConStop() override;
 
   void BuildControls();
   QLabel* AddLabel(const QString& controlName, const QString& text = {});
@@ -100,6 +119,8 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   DetachedProgramLauncher detachedLauncher_;
   ProgramLauncher* launcher_ = &detachedLauncher_;
   Meter meter_;
+  ConnectionAlarms alarms_;
+  AlarmOutput* alarmOutput_ = nullptr;
   QTimer timerStarter_{this};
   QTimer rsTimer_{this};
   QHash<QString, QLabel*> labels_;
