@@ -92,6 +92,7 @@ void OverviewPanel::BuildControls() {
   barOverview1_->setRange(0, 1000);
   barOverview1_->setTextVisible(false);
   barOverview1_->setMaximumHeight(12);
+  barOverview1_->setMinimumWidth(30);
   lblOverview9_ = new QLabel(tarif);
   lblOverview9_->setObjectName(QStringLiteral("lblOverview(9)"));
 
@@ -102,10 +103,14 @@ void OverviewPanel::BuildControls() {
   tarifGrid->addWidget(comTarif_, 1, 1, 1, 2);
   tarifGrid->addWidget(Caption(QStringLiteral("Aktueller Preis:"), tarif), 2, 0);
   tarifGrid->addWidget(lblOverview0_, 2, 1, 1, 2);
+  // The allowance, its bar and its share stand in one row, so that the
+  // panel keeps room for the budget at any font size.
+  auto* allowanceRow = new QHBoxLayout;
+  allowanceRow->addWidget(lblOverview1_);
+  allowanceRow->addWidget(barOverview1_, 1);
+  allowanceRow->addWidget(lblOverview9_);
   tarifGrid->addWidget(Label1_36_, 3, 0);
-  tarifGrid->addWidget(lblOverview1_, 3, 1, 1, 2);
-  tarifGrid->addWidget(barOverview1_, 4, 1);
-  tarifGrid->addWidget(lblOverview9_, 4, 2);
+  tarifGrid->addLayout(allowanceRow, 3, 1, 1, 2);
   tarifGrid->setColumnStretch(1, 1);
 
   auto* benutzer = new QGroupBox(QStringLiteral("Benutzer und Budget"), this);
@@ -115,7 +120,7 @@ void OverviewPanel::BuildControls() {
   lblPeriod_->setObjectName(QStringLiteral("lblZeitraum"));
   auto* benutzerGrid = new QGridLayout(benutzer);
   benutzerGrid->addWidget(Caption(QStringLiteral("Benutzer:"), benutzer), 0, 0);
-  comOverviewUser_->setMinimumWidth(120);
+  comOverviewUser_->setMinimumWidth(90);
   benutzerGrid->addWidget(comOverviewUser_, 0, 1);
   benutzerGrid->addWidget(lblPeriod_, 0, 2, 1, 2, Qt::AlignRight);
   const char* budgetCaptions[3] = {"Heute:", "Dieser Monat:", "Definierter Zeitraum:"};
@@ -128,6 +133,7 @@ void OverviewPanel::BuildControls() {
     barBudget_[k]->setRange(0, 100);
     barBudget_[k]->setTextVisible(false);
     barBudget_[k]->setMaximumHeight(12);
+    barBudget_[k]->setMinimumWidth(30);
     lblBudgetPercent_[k] = new QLabel(benutzer);
     lblBudgetPercent_[k]->setObjectName(QStringLiteral("lblOverview(%1)").arg(i + 6));
     benutzerGrid->addWidget(Caption(QString::fromUtf8(budgetCaptions[i]), benutzer), i + 1, 0);
@@ -160,11 +166,18 @@ void OverviewPanel::BuildControls() {
   Notiz_->setObjectName(QStringLiteral("Notiz"));
   auto* notizLayout = new QVBoxLayout(notizen);
   notizLayout->addWidget(Notiz_);
+  // The window keeps its size at any font: the note gives up its height
+  // first, so that the rows above keep theirs.
+  Notiz_->setMinimumHeight(Notiz_->fontMetrics().lineSpacing() * 2);
+  notizen->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
 
   // The frame gives the panel about 470 x 400 pixels; the groups keep tight.
   for (QGroupBox* group : {einwahl, tarif, benutzer, notizen}) {
     group->layout()->setContentsMargins(6, 4, 6, 4);
     group->layout()->setSpacing(4);
+  }
+  for (QGroupBox* group : {einwahl, tarif, benutzer}) {
+    group->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   }
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(4, 4, 4, 4);
