@@ -2,7 +2,7 @@
 
 #include "cli/BudgetCommands.h"
 #include "cli/SimulatedConnection.h"
-
+#include "cli/UpdateCommands.h"
 #include "desk/FreeAllowance.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
@@ -54,7 +54,16 @@ const char* const kUsageText =
     "  budget [--user NAME] [--today YYYY-MM-DD]\n"
     "                              the rests of a user's budget as the Budget panel shows them\n"
     "  timeleft [--user NAME] [--today YYYY-MM-DD]\n"
-    "                              the seconds of the day's and the month's allowance left\n";
+    "                              the seconds of the day's and the month's allowance left\n"
+    "  update index DIR [--revision N]\n"
+    "                              writes DIR/update.txt for an update server: each folder DIR/tel/0001,\n"
+    "                              DIR/tel/0002, ... is a batch of that number holding its .atl tariffs\n"
+    "  update check [--server URL] the tariffs the update servers offer: ADDRESS<TAB>FILE a line, then\n"
+    "                              letzteSerie<TAB>N\n"
+    "  update fetch [--server URL] the check, then every offered tariff fetched into Tarife and\n"
+    "                              Config/Update.cfg written; prints each file written\n"
+    "  timesync parse FILE [--bias SECONDS]\n"
+    "                              the local moment a saved page of the time service gives, or 0\n";
 
 struct Io {
   std::FILE* in;
@@ -390,6 +399,9 @@ int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* 
     return io.Usage(args.isEmpty() ? QString() : QStringLiteral("incomplete command"));
   }
   const QString group = args.takeFirst();
+  if (IsOnlineGroup(group)) {
+    return RunOnlineCommand(dir, group, args, out, err);
+  }
   if (group == QLatin1String("simulate")) {
     return Simulate(dir, args, io);
   }

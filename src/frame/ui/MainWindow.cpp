@@ -17,6 +17,8 @@
 #include "frame/datadir/ClockText.h"
 #include "frame/ui/SideBar.h"
 #include "metering/ui/ConnectionPanel.h"
+#include "online/ui/ConnectionServices.h"
+#include "tariffs/ui/TariffCataloguePanel.h"
 #include "users/Budget.h"
 #include "users/UserRights.h"
 #include "users/ui/BudgetPanel.h"
@@ -44,6 +46,7 @@ const QString kTitle = QStringLiteral("Minutor 3.3");
 const QString kOverviewLabel = QStringLiteral("Übersicht");
 const QString kConnectionLabel = QStringLiteral("Verbindung");
 const QString kNotRecording = QStringLiteral("Aufzeichnung ist nicht aktiv");
+constexpr int kTarifeEntry = 2;
 constexpr int kDialUpEntry = 3;
 constexpr int kBudgetEntry = 4;
 constexpr int kUserEntry = 5;
@@ -51,8 +54,8 @@ constexpr int kMonitoringEntry = 6;
 constexpr int kOptionsEntry = 7;
 
 bool HasPanel(int index) {
-  return index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry ||
-         index == kBudgetEntry || index == kUserEntry;
+  return index == kTarifeEntry || index == kDialUpEntry || index == kMonitoringEntry ||
+         index == kOptionsEntry || index == kBudgetEntry || index == kUserEntry;
 }
 
 // In a panel that scrolls, the wheel scrolls the panel: a selection box or
@@ -235,7 +238,20 @@ void MainWindow::HideWindows() {
 
 QWidget* MainWindow::CreateSidePanel(int index) {
   QWidget* panel = nullptr;
-  if (index == kDialUpEntry) {
+  if (index == kTarifeEntry) {
+    auto* catalogue = new TariffCataloguePanel(services_, fetcher_);
+    connect(catalogue, &TariffCataloguePanel::tariffsDownloaded, this, [this] {
+      if (connection_) {
+        connection_->services()->ShowDownloaded();
+      }
+    });
+    connect(catalogue, &TariffCataloguePanel::newerRevisionFound, this, [this] {
+      if (connection_) {
+        connection_->services()->ShowNewerRevision();
+      }
+    });
+    panel = catalogue;
+  } else if (index == kDialUpEntry) {
     panel = new DialUpPanel(services_, detection_.remote);
   } else if (index == kMonitoringEntry) {
     auto* monitoring = new ConnectionCheckPanel(services_);
@@ -375,6 +391,12 @@ bool MainWindow::LoadConnectionPanel() {
   connection_ = new ConnectionPanel(services_, traffic_, client_);
   connection_->SetDetection(detection_.loop);
   connection_->SetAlarmOutput(&alarms_);
+  connection_->SetOnline(&fetcher_, &clockSetter_);
+  connect(connection_->services(), &ConnectionServices::tariffsDownloaded, this, [this] {
+    if (auto* scroll = qobject_cast<QScrollArea*>(sidePanels_.value(kTarifeEntry).data())) {
+      static_cast<TariffCataloguePanel*>(scroll->widget())->GetTarife();
+    }
+  });
   connection_->hide();
   connect(connection_, &ConnectionPanel::recordingStarted, this, &MainWindow::OnRecordingStarted);
   connect(connection_, &ConnectionPanel::ticked, this, &MainWindow::OnRecordingTicked);

@@ -16,6 +16,9 @@ class QPushButton;
 
 namespace minutor {
 
+class ClockSetter;
+class ConnectionServices;
+class Fetcher;
 class MonitoringLoop;
 class TrafficSource;
 struct Services;
@@ -63,6 +66,11 @@ class ConnectionPanel : public QWidget, private MeterHooks, private AlarmOutput 
   // A budget was saved: the rests are read again.
   void RefreshBudget();
 
+  // Where the tariff update search and the clock correction fetch and set
+  // the clock; without them the services box stays as it is.
+  void SetOnline(Fetcher* fetcher, ClockSetter* clockSetter);
+  ConnectionServices* services() const { return connectionServices_; }
+
   bool IsRecording() const { return meter_.IsRecording(); }
   int TickCount() const { return meter_.TickCount(); }
 
@@ -89,6 +97,7 @@ class ConnectionPanel : public QWidget, private MeterHooks, private AlarmOutput 
  private:
   // What the meter asks of the panel.
   void ShowSmallWindow() override;
+  void StartServices() override;
   void StartTimerStarter() override;
   void ShowCaption(const QString& caption) override;
   void RecordingStopped() override;
@@ -124,6 +133,7 @@ class ConnectionPanel : public QWidget, private MeterHooks, private AlarmOutput 
   QTimer timerStarter_{this};
   QTimer rsTimer_{this};
   QHash<QString, QLabel*> labels_;
+  ConnectionServices* connectionServices_ = nullptr;
   QCheckBox* check1_ = nullptr;
   QCheckBox* check2_ = nullptr;
   QCheckBox* check3_ = nullptr;
