@@ -5,6 +5,7 @@
 #include "frame/datadir/DataDir.h"
 #include "frame/datadir/NumberText.h"
 #include "metering/ConnectionRecord.h"
+#include "users/RecordScan.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +16,7 @@ namespace {
 
 const QString kOptionsFile = QStringLiteral("Benutzer/Benutzer.dat");
 const QString kNotSet = QStringLiteral("nicht festgelegt");
+constexpr quint32 kCostAndUser = 1u << 3 | 1u << 10;
 
 // The share of the amount left, as the bars draw it: whole, never below 0.
 int Share(double rest, double amount) {
@@ -71,25 +73,27 @@ std::optional<BudgetRests> GetBudget(const DataDir& dir, const QString& user, co
   result.amounts = {file->perDay, file->perMonth, file->perPeriod};
   result.rests = result.amounts;
 
-  const QString day = today.toString(QStringLiteral("dd"));
-  const QString month = today.toString(QStringLiteral("MM"));
-  const QString year = today.toString(QStringLiteral("yyyy"));
+  const QByteArray day = today.toString(QStringLiteral("dd")).toLatin1();
+  const QByteArray monthYear = today.toString(QStringLiteral("MMyyyy")).toLatin1();
   const bool periodHolds = result.PeriodHolds(today);
-  const QString folder = dir.Resolve(kRecordFolder) + QLatin1Char('/');
-  for (const QString& name : dir.ListFiles(kRecordFolder, QStringLiteral("*.con"))) {
-    const bool thisMonth = RecordNameMonth(name) == month && RecordNameYear(name) == year;
-    const bool isToday = thisMonth && RecordNameDay(name) == day;
-    // Only records that count somewhere are opened.
-    if (!thisMonth && !periodHolds) {
-      continue;
+  // Only records that count somewhere are opened: this month's, and all
+  // while today lies in the period.
+  auto isThisMonth = [&](QByteArrayView name) { return name.size() >= 8 && name.sliced(2, 6) == monthYear; };
+  auto counts = [&](QByteArrayView name) {
+    const bool isRecord = name.size() >= 4 && qstrnicmp(name.data() + name.size() - 4, ".con", 4) == 0;
+    return isRecord && (periodHolds || isThisMonth(name));
+  };
+  ScanRecords(dir, counts, [&](const QString& path, QByteArrayView name) {
+    const bool thisMonth = isThisMonth(name);
+    const bool isToday = thisMonth && name.first(2) == day;
+    // The cost and the user, lines 4 and 11. A short record gives the last
+    // line it has for either, as the reader always did: it is read whole.
+    auto fields = ReadRecordFields(path, 11, kCostAndUser);
+    if (fields && !fields->isEmpty() && fields->size() < 11) {
+      fields = ReadRecordFields(path, 11);
     }
-    const auto fields = ReadRecordFields(folder + name, 11);
-    if (!fields || fields->isEmpty()) {
-      continue;
-    }
-    // A short record gives the last line it has, as the reader always did.
-    if (!shared && FromAnsi(fields->last()) != user) {
-      continue;
+    if (!fields || fields->isEmpty() || (!shared && FromAnsi(fields->last()) != user)) {
+      return;
     }
     const QByteArray costField = fields->at(std::min<qsizetype>(3, fields->size() - 1));
     const double cost = costField.isEmpty() ? 0.0 : static_cast<double>(ParseBetrag(costField.mid(1)));
@@ -102,7 +106,7 @@ std::optional<BudgetRests> GetBudget(const DataDir& dir, const QString& user, co
     if (periodHolds) {
       result.rests[2] -= cost;
     }
-  }
+  });
   return result;
 }
 

@@ -5,6 +5,7 @@
 #include "frame/datadir/ClockText.h"
 #include "frame/datadir/DataDir.h"
 #include "metering/ConnectionRecord.h"
+#include "users/RecordScan.h"
 
 #include <algorithm>
 #include <limits>
@@ -24,29 +25,32 @@ TimeLeft ComputeTimeLeft(const DataDir& dir, const QString& user, qint32 dayMinu
                          const QDate& today) {
   qint64 day = qint64{dayMinutes} * 60;
   qint64 month = qint64{monthMinutes} * 60;
-  const QString dd = today.toString(QStringLiteral("dd"));
-  const QString mm = today.toString(QStringLiteral("MM"));
-  const QString yyyy = today.toString(QStringLiteral("yyyy"));
+  const QByteArray dd = today.toString(QStringLiteral("dd")).toLatin1();
+  const QByteArray monthYear = today.toString(QStringLiteral("MMyyyy")).toLatin1();
   const QString wanted = user.toLower();
-  const QString folder = dir.Resolve(kRecordFolder) + QLatin1Char('/');
-  for (const QString& name : dir.ListFiles(kRecordFolder, QStringLiteral("*.*"))) {
-    const bool thisMonth = RecordNameMonth(name) == mm && RecordNameYear(name) == yyyy;
-    const bool thisDay = RecordNameDay(name) == dd;
-    if (!thisMonth && !thisDay) {
-      continue;
+  auto isThisMonth = [&](QByteArrayView name) { return name.size() >= 8 && name.sliced(2, 6) == monthYear; };
+  auto isThisDay = [&](QByteArrayView name) { return name.size() >= 8 && name.first(2) == dd; };
+  auto counts = [&](QByteArrayView name) {
+    return name.contains('.') && (isThisMonth(name) || isThisDay(name));
+  };
+  ScanRecords(dir, counts, [&](const QString& path, QByteArrayView name) {
+    // The duration and the user, lines 3 and 11 (or the last line of a short
+    // record).
+    auto fields = ReadRecordFields(path, 11, 1u << 2 | 1u << 10);
+    if (fields && !fields->isEmpty() && fields->size() < 11) {
+      fields = ReadRecordFields(path, 11);
     }
-    const auto fields = ReadRecordFields(folder + name, 11);
     if (!fields || fields->isEmpty() || FromAnsi(fields->last()).toLower() != wanted) {
-      continue;
+      return;
     }
     const auto seconds = static_cast<qint64>(ClockTextSeconds(FromAnsi(fields->value(2))));
-    if (thisMonth) {
+    if (isThisMonth(name)) {
       month -= seconds;
     }
-    if (thisDay) {
+    if (isThisDay(name)) {
       day -= seconds;
     }
-  }
+  });
   return {Clamped(day), Clamped(month)};
 }
 
