@@ -11,6 +11,7 @@
 #include "frame/Services.h"
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/DataDir.h"
+#include "frame/datadir/Names.h"
 #include "metering/ConnectionChecks.h"
 #include "metering/ConnectionRecord.h"
 #include "metering/Meter.h"
@@ -310,6 +311,9 @@ int Simulate(const DataDir& dir, QStringList args, const Io& io) {
           QStringLiteral("%1, line %2: expected \"TICK RECEIVED SENT\"").arg(trafficFile).arg(badLine));
     }
     counts = std::move(*script);
+  }
+  if (!state.ActiveUser.isEmpty() && !IsValidName(state.ActiveUser)) {
+    return io.Fail(QStringLiteral("not a user name: %1").arg(state.ActiveUser));
   }
   SetUserPreventions(dir, state.ActiveUser, state);
   state.AktuellerTarif = file;
