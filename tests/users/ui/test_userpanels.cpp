@@ -109,11 +109,15 @@ class TestUserPanels : public QObject {
   }
 
   void lockedEntriesAndTheQuitLockFollowTheUser() {
+    // The start takes the last active user, as the Overview left it.
     Family f;
-    f.state.ActiveUser = QStringLiteral("Kind");
+    f.state.ActiveUser.clear();
+    f.data.write(QStringLiteral("Config/Overview.cfg"), "\r\nKind\r\n\r\n\r\n");
     NoTrafficSource traffic;
     MainWindow window(f.services, traffic);
     window.Start();
+    QCOMPARE(window.statusField(2)->text(), QStringLiteral("Aktiver Benutzer: Kind"));
+    QCOMPARE(f.data.read(QStringLiteral("Config/Overview.cfg")).split('\n').value(1), QByteArray("Kind\r"));
     SideBar* bar = window.sideBar();
     QCOMPARE(QStringList({bar->Label(1), bar->Label(4), bar->Label(5), bar->Label(8)}),
              QStringList({"[Gesperrt]", "[Gesperrt]", "Benutzer", "[Gesperrt]"}));
