@@ -55,7 +55,6 @@ void ConStopBox::Tick() {
   finishing_ = true;
   close();
   finishing_ = false;
-  emit hungUp();
 }
 
 void ConStopBox::closeEvent(QCloseEvent* event) {

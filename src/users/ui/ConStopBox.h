@@ -25,10 +25,6 @@ class ConStopBox : public QWidget {
   // The countdown's step, a second unless a test shortens it.
   void SetInterval(int milliseconds) { timer_.setInterval(milliseconds); }
 
- signals:
-  // The countdown is over and the line was cut (or there was none).
-  void hungUp();
-
  protected:
   void closeEvent(QCloseEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;

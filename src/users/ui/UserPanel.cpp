@@ -147,8 +147,9 @@ void UserPanel::BuildControls() {
   connect(add, &QPushButton::clicked, this, [this] {
     const QString name = NewUser(services_);
     if (!name.isEmpty()) {
+      // The new user is shown, not made the active one.
       GetUsers(name);
-      OnUserChosen(comUser_->currentIndex());
+      SelectUser();
     }
   });
   connect(remove, &QPushButton::clicked, this, [this] {
