@@ -8,6 +8,7 @@ packages=(
   libqt6svg6 appstream  # Qt's SVG image and icon plugins; appstreamcli for the metainfo test
   xvfb xauth fonts-dejavu-core
   dbus python3 python3-dbusmock libglib2.0-bin iproute2
+  libpulse-dev pulseaudio pulseaudio-utils
 )
 
 missing=()

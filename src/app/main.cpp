@@ -21,6 +21,10 @@
 #include "frame/ui/MainWindow.h"
 #include "frame/ui/MessageBoxPrompter.h"
 #include "metering/RecordingCheckpoint.h"
+#include "users/UserAccounts.h"
+#include "users/platform/DBusNotifier.h"
+#include "users/platform/PulseSoundPlayer.h"
+#include "users/ui/LoginDialog.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -90,6 +94,18 @@ int main(int argc, char* argv[]) {
   minutor::SystemClock clock;
   minutor::Services services{state, dir, clock, prompter};
 
+  // The last user's password, unless the desktop login chooses the user.
+  if (const auto user = minutor::CheckUser(dir)) {
+    minutor::LoginDialog login(services, *user);
+    if (login.HasUsers() && login.exec() != QDialog::Accepted) {
+      return 0;
+    }
+  }
+
+  if (sessionEnded) {
+    return 0;
+  }
+
   minutor::ProbesNetworkManager network(bus);
   minutor::ProbesModemManager modem(bus, state);
   const minutor::HostAddresses host;
@@ -99,6 +115,10 @@ int main(int argc, char* argv[]) {
 
   minutor::MainWindow window(services, traffic);
   mainWindow = &window;
+  minutor::PulseSoundPlayer sound;
+  minutor::DBusNotifier notifier(QDBusConnection::sessionBus());
+  window.alarms().SetSoundPlayer(&sound);
+  window.alarms().SetNotifier(&notifier);
   prompter.setParent(&window);
   // A close can come while a box of the start is still open; then the
   // program ends as soon as that box is gone.

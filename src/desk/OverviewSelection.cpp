@@ -4,11 +4,15 @@
 #include "detection/RemoteAccess.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
+#include "frame/Prompter.h"
 #include "frame/Services.h"
 #include "frame/StartUp.h"
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/Names.h"
+#include "frame/datadir/ClockText.h"
 #include "tariffs/PriceTexts.h"
+#include "users/TimeLeft.h"
+#include "users/UserAccounts.h"
 #include "users/UserFile.h"
 
 #include <QDir>
@@ -87,6 +91,7 @@ void OverviewSelection::Load(const OverviewConfig& wanted) {
   if (tariffIndex_ >= 0) {
     ApplyTariff();
   }
+  ShowBudget();
   Save();
 }
 
@@ -175,14 +180,52 @@ bool OverviewSelection::ChooseUser(int index, bool panelVisible) {
   }
   const QString& name = users_[index];
   AppState& state = services_.state;
-  if (panelVisible && name != state.ActiveUser && UserHasPassword(services_.dir, name)) {
+  if (panelVisible && name != state.ActiveUser && !AskUserPassword(services_, name)) {
     return false;
   }
   userIndex_ = index;
   state.ActiveUser = name;
+  ShowBudget();
   Save();
   ApplyMonitoringLock();
   return true;
+}
+
+void OverviewSelection::ShowBudget() {
+  budget_.reset();
+  periodText_.clear();
+  const QString& user = services_.state.ActiveUser;
+  if (user.isEmpty()) {
+    return;
+  }
+  const auto rests = GetBudget(services_.dir, user, services_.clock.Now().date());
+  if (!rests) {
+    services_.prompter.Message(kBudgetFilesDamaged, Prompter::Icon::Warning);
+    return;
+  }
+  std::array<OverviewBudgetLine, 3> lines;
+  for (std::size_t i = 0; i < 3; ++i) {
+    lines[i] = OverviewBudgetShows(rests->amounts[i], rests->rests[i], services_.state.Waehrung);
+  }
+  budget_ = lines;
+  periodText_ = QStringLiteral("Zeitraum: ") + NormaliseDate(rests->periodFrom) + QStringLiteral(" - ") +
+                NormaliseDate(rests->periodTo);
+}
+
+QString OverviewSelection::DialRefusal() {
+  AppState& state = services_.state;
+  if (budget_ && IsBudgetExceeded(*budget_) && state.NoDialOnBudget) {
+    return QStringLiteral(
+        "Das Einwählen wurde Ihnen in den Benutzereinstellungen verboten (Ihr Budget ist überschritten).");
+  }
+  // The month limit has no text of its own.
+  if (GetTimeLeft(services_.dir, state, services_.clock.Now().date()) &&
+      (state.DayLimitOn || state.MonthLimitOn)) {
+    return QStringLiteral(
+        "Das Einwählen wurde Ihnen in den Benutzereinstellungen verboten (Ihr tägliches Zeitlimit ist "
+        "überschritten).");
+  }
+  return {};
 }
 
 void OverviewSelection::SetHoliday(bool on, bool panelVisible) {

@@ -161,7 +161,7 @@ SaveResult SaveConnection(const DataDir& dir, const RecordLabels& labels, Prompt
   return SaveResult::Saved;
 }
 
-std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, int count) {
+std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, int count, quint32 wanted) {
   // Records are read by the thousand when the history is scanned, so this
   // path stays close to the bare system calls: one read into a stack buffer
   // for a record of normal size, and the fields deciphered in place.
@@ -204,7 +204,9 @@ std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, i
     if (stop > start && bytes[stop - 1] == '\r') {
       --stop;
     }
-    fields.append(DecryptField(QByteArray::fromRawData(bytes + start, stop - start)));
+    const bool deciphered = fields.size() < 32 && (wanted >> fields.size() & 1u) != 0;
+    fields.append(deciphered ? DecryptField(QByteArray::fromRawData(bytes + start, stop - start))
+                             : QByteArray());
     start = end + 1;
   }
   return fields;

@@ -49,8 +49,11 @@ QString SaveConnectionError(int subcode);
 SaveResult SaveConnection(const DataDir& dir, const RecordLabels& labels, Prompter& prompter);
 
 // The deciphered lines of a record, read in order while the file has lines,
-// at most `count`. nullopt when the file can't be read.
-std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, int count = 12);
+// at most `count`. nullopt when the file can't be read. Only the lines whose
+// bit is set in `wanted` (bit 0 for line 1) are deciphered; the others come
+// back empty, so that a scan of the history pays only for what it reads.
+std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, int count = 12,
+                                                  quint32 wanted = ~0u);
 
 // The user of a record: the last of up to eleven lines read, deciphered.
 QString RecordUser(const DataDir& dir, const QString& fileName);

@@ -84,6 +84,7 @@ struct Recording {
       : clock(start), services{state, data.dir(), clock, prompter}, meter(services, traffic, hooks) {
     state.AktuellerTarif = tariff;
     state.RestfreiTarif = tariff;
+    state.ActiveUser = QStringLiteral("Supervisor");
   }
 
   // Counter_Start and the first tick, at the same moment.

@@ -25,4 +25,13 @@ std::optional<QString> RecordingPrompter::AskPassword(const QString& text, const
   return passwords.takeFirst();
 }
 
+std::optional<QString> RecordingPrompter::AskText(const QString& text, const QString&) {
+  messages.append(text);
+  icons.append(Icon::Question);
+  if (texts.isEmpty()) {
+    return std::nullopt;
+  }
+  return texts.takeFirst();
+}
+
 }  // namespace minutor::test

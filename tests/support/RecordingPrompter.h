@@ -15,6 +15,7 @@ class RecordingPrompter final : public Prompter {
   void Message(const QString& text, Icon icon, const QString& title = {}) override;
   Answer Ask(const QString& text, const QString& title, bool withCancel) override;
   std::optional<QString> AskPassword(const QString& text, const QString& title) override;
+  std::optional<QString> AskText(const QString& text, const QString& title) override;
 
   QStringList messages;
   QList<Icon> icons;
@@ -22,6 +23,7 @@ class RecordingPrompter final : public Prompter {
   QStringList passwords;  // taken from the front; cancelled when empty
   // What happens while a question is open, before it is answered.
   std::function<void()> whileAsking;
+  QStringList texts;      // answers of input boxes, the same way
 };
 
 }  // namespace minutor::test

@@ -19,6 +19,10 @@
 #include "metering/ui/ConnectionPanel.h"
 #include "online/ui/ConnectionServices.h"
 #include "tariffs/ui/TariffCataloguePanel.h"
+#include "users/Budget.h"
+#include "users/UserRights.h"
+#include "users/ui/BudgetPanel.h"
+#include "users/ui/UserPanel.h"
 
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -42,16 +46,17 @@ namespace {
 const QString kTitle = QStringLiteral("Minutor 3.3");
 const QString kOverviewLabel = QStringLiteral("Übersicht");
 const QString kConnectionLabel = QStringLiteral("Verbindung");
-const QString kLocked = QStringLiteral("[Gesperrt]");
 const QString kNotRecording = QStringLiteral("Aufzeichnung ist nicht aktiv");
 constexpr int kTarifeEntry = 2;
 constexpr int kDialUpEntry = 3;
+constexpr int kBudgetEntry = 4;
+constexpr int kUserEntry = 5;
 constexpr int kMonitoringEntry = 6;
 constexpr int kOptionsEntry = 7;
 
 bool HasPanel(int index) {
   return index == kTarifeEntry || index == kDialUpEntry || index == kMonitoringEntry ||
-         index == kOptionsEntry;
+         index == kOptionsEntry || index == kBudgetEntry || index == kUserEntry;
 }
 
 // A panel in its scroll area: it scrolls only when its lines don't fit at the
@@ -158,8 +163,33 @@ void MainWindow::Start() {
   // Centred once shown, when the size of the window's frame is known.
   CenterOnScreen();
   ShowOverview();
+  ApplyUserPreventions();
   sideBar_->SetAllEnabled(true);
   onlineCheck_.start();
+}
+
+void MainWindow::ApplyUserPreventions() {
+  status_[2]->setText(QStringLiteral("Aktiver Benutzer: ") + services_.state.ActiveUser);
+  const bool wasLocked = services_.state.QuitLocked;
+  const auto locks = SetUserPreventions(services_.dir, services_.state.ActiveUser, services_.state);
+  if (!locks) {
+    return;
+  }
+  for (int index = 1; index < SideBar::kEntries; ++index) {
+    const QString label = NavigationLabel(index, *locks);
+    if (!label.isEmpty()) {
+      sideBar_->SetLabel(index, label);
+    }
+  }
+  // A window manager leaves tool windows out of the task bar. Changing the
+  // kind of window hides it, so a shown window is shown again.
+  if (services_.state.QuitLocked != wasLocked) {
+    const bool shown = isVisible();
+    setWindowFlag(Qt::Tool, services_.state.QuitLocked);
+    if (shown) {
+      show();
+    }
+  }
 }
 
 void MainWindow::CenterOnScreen() {
@@ -253,6 +283,18 @@ QWidget* MainWindow::CreateSidePanel(int index) {
     panel = monitoring;
   } else if (index == kOptionsEntry) {
     panel = new OptionsPanel(services_, detection_.remote);
+  } else if (index == kUserEntry) {
+    auto* users = new UserPanel(services_);
+    connect(users, &UserPanel::rightsChanged, this, &MainWindow::ApplyUserPreventions);
+    panel = users;
+  } else if (index == kBudgetEntry) {
+    auto* budget = new BudgetPanel(services_);
+    connect(budget, &BudgetPanel::budgetSaved, this, [this] {
+      if (connection_) {
+        connection_->RefreshBudget();
+      }
+    });
+    panel = budget;
   } else {
     return nullptr;
   }
@@ -269,7 +311,7 @@ QWidget* MainWindow::CreateSidePanel(int index) {
 
 void MainWindow::OnEntryClicked(int index) {
   const QString label = sideBar_->Label(index);
-  if (label == kLocked) {
+  if (label == kLockedLabel) {
     return;
   }
   if (index == 0 && label == kConnectionLabel) {
@@ -306,6 +348,7 @@ void MainWindow::ShowInClient(QWidget* panel) {
 
 void MainWindow::SetDetection(const Detection& detection) {
   detection_ = detection;
+  alarms_.SetRemoteAccess(detection_.remote);
   // The Overview made at start learns its entries now.
   if (overview_) {
     overview_->SetRemoteAccess(detection_.remote);
@@ -317,9 +360,7 @@ void MainWindow::ShowOverview() {
     overview_ = new OverviewPanel(services_, client_);
     overview_->SetRemoteAccess(detection_.remote);
     connect(overview_, &OverviewPanel::startRequested, this, &MainWindow::StartManualRecording);
-    connect(overview_, &OverviewPanel::activeUserChanged, this, [this](const QString& name) {
-      status_[2]->setText(QStringLiteral("Aktiver Benutzer: ") + name);
-    });
+    connect(overview_, &OverviewPanel::activeUserChanged, this, &MainWindow::ApplyUserPreventions);
   }
   ShowInClient(overview_);
 }
@@ -371,6 +412,7 @@ void MainWindow::StartConnection() {
 bool MainWindow::LoadConnectionPanel() {
   connection_ = new ConnectionPanel(services_, traffic_, client_);
   connection_->SetDetection(detection_.loop);
+  connection_->SetAlarmOutput(&alarms_);
   connection_->SetOnline(&fetcher_, &clockSetter_);
   connect(connection_->services(), &ConnectionServices::tariffsDownloaded, this, [this] {
     if (auto* scroll = qobject_cast<QScrollArea*>(sidePanels_.value(kTarifeEntry).data())) {
@@ -561,8 +603,17 @@ QMenu* MainWindow::BuildTrayMenu() {
     }
     for (const QString& entry : entries) {
       trayMenu_->addAction(
-          QLatin1Char('"') + entry + QStringLiteral("\" wählen"), this,
-          [this, remote, entry] { StatusDialog::DialWithProgress(*remote, services_, entry, this); });
+          QLatin1Char('"') + entry + QStringLiteral("\" wählen"), this, [this, remote, entry] {
+            // Only the budget is asked here; the time limits strike while the line is up.
+            if (services_.state.NoDialOnBudget &&
+                IsBudgetExceeded(services_.dir, services_.state.ActiveUser, services_.clock.Now().date())) {
+              services_.prompter.Message(
+                  QStringLiteral("Das Einwählen wurde Ihnen in den Benutzereinstellungen verboten."),
+                  Prompter::Icon::Information);
+              return;
+            }
+            StatusDialog::DialWithProgress(*remote, services_, entry, this);
+          });
     }
   }
   return trayMenu_;

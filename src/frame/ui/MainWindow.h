@@ -5,6 +5,7 @@
 #include "metering/ui/ConnectionPanel.h"
 #include "online/platform/NetworkFetcher.h"
 #include "online/platform/TimedatedClockSetter.h"
+#include "users/ui/AlarmBoxes.h"
 
 #include <QElapsedTimer>
 #include <QLabel>
@@ -75,6 +76,11 @@ class MainWindow : public QMainWindow {
   // Hides the recording's panel if it is open and closes every other panel.
   void HideWindows();
 
+  // Applies the rights of the active user: the side bar's locked entries, the
+  // flags, the status line and the quit lock, which also takes the window
+  // out of the task bar.
+  void ApplyUserPreventions();
+
   // The manual start, from the Overview's button or the tray.
   void StartManualRecording();
   // A connection was noticed: the recording starts unless the guard cuts
@@ -96,6 +102,7 @@ class MainWindow : public QMainWindow {
   ConnectionPanel* connection() const { return connection_; }
   SmallWindow* smallWindow() const { return smallWindow_; }
   QSystemTrayIcon* trayIcon() const { return tray_; }
+  AlarmBoxes& alarms() { return alarms_; }
   bool IsOnlineCheckActive() const { return onlineCheck_.isActive(); }
 
  signals:
@@ -119,6 +126,7 @@ class MainWindow : public QMainWindow {
   NetworkFetcher fetcher_;
   TimedatedClockSetter clockSetter_;
   Detection detection_;
+  AlarmBoxes alarms_{this};
   QSystemTrayIcon* tray_ = nullptr;
   QMenu* trayMenu_ = nullptr;
   QTimer onlineCheck_;
