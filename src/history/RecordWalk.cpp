@@ -51,7 +51,7 @@ WalkResult WalkRecords(const DataDir& dir,
       break;
     }
     record.cipher.clear();
-    auto fields = ReadRecordFields(folder + name, 12, withCipher ? &record.cipher : nullptr);
+    auto fields = ReadRecordFields(folder + name, 12, ~0u, withCipher ? &record.cipher : nullptr);
     if (!fields) {
       ++result.unreadable;
       continue;
