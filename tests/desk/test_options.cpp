@@ -108,7 +108,7 @@ class TestOptions : public QObject {
     // desktop reads the path back whole.
     for (const char* path : {"/opt/a\nName=x\nb/minutor", "/tab\there/x\r", "/q\"$`\\u/m", "/\\n/m"}) {
       QVERIFY(WriteAutostartFile(QString::fromUtf8(path)));
-      QCOMPARE(text().count('\n'), 5);
+      QCOMPARE(text().count('\n'), 6);
       QCOMPARE(DesktopEntryCommand(file), QStringList{QString::fromUtf8(path)});
     }
     SetAutostart(false, {}, prompter);
