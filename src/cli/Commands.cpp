@@ -2,6 +2,7 @@
 
 #include "cli/ChartCommands.h"
 #include "cli/HistoryCommands.h"
+#include "cli/UpdateCommands.h"
 #include "desk/FreeAllowance.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
@@ -57,7 +58,16 @@ const char* const kUsageText =
     "        [--user U] [--provider P] [--tariff T] [--values] [--output FILE.png|FILE.bmp]\n"
     "                              a month's chart: the day values or the pie's counts, or the picture\n"
     "  report [--period ITEM] [--user U] [--today YYYY-MM-DD]\n"
-    "                              the analysis: its eleven sentences and three totals\n";
+    "                              the analysis: its eleven sentences and three totals\n"
+    "  update index DIR [--revision N]\n"
+    "                              writes DIR/update.txt for an update server: each folder DIR/tel/0001,\n"
+    "                              DIR/tel/0002, ... is a batch of that number holding its .atl tariffs\n"
+    "  update check [--server URL] the tariffs the update servers offer: ADDRESS<TAB>FILE a line, then\n"
+    "                              letzteSerie<TAB>N\n"
+    "  update fetch [--server URL] the check, then every offered tariff fetched into Tarife and\n"
+    "                              Config/Update.cfg written; prints each file written\n"
+    "  timesync parse FILE [--bias SECONDS]\n"
+    "                              the local moment a saved page of the time service gives, or 0\n";
 
 struct Io {
   std::FILE* in;
@@ -389,6 +399,9 @@ int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* 
   }
   const DataDir dir(dataDir);
   const QString group = args.takeFirst();
+  if (IsOnlineGroup(group)) {
+    return RunOnlineCommand(dir, group, args, out, err);
+  }
   if (group == QLatin1String("simulate")) {
     return Simulate(dir, args, io);
   }

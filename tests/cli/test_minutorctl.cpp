@@ -3,6 +3,8 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
 
 using namespace minutor;
@@ -225,6 +227,55 @@ class TestMinutorctl : public QObject {
           QStringList{"report", "--period", "Morgen"}, QStringList{"report", "--today", "23.11.2026"}}) {
       QCOMPARE(Ctl(usage).code, 2);
     }
+  }
+
+  void servesChecksAndFetchesTariffUpdates() {
+    test::TempDataDir server;
+    server.write(QStringLiteral("tel/0001/Alt - A.atl"), "Name:Alt - A\n");
+    server.write(QStringLiteral("tel/0002/Neu - B.atl"), "Name:Neu - B\nTakt:60/60\n");
+    const Result index = Ctl({"update", "index", server.path(), "--revision", "400"});
+    QCOMPARE(index.code, 0);
+    QVERIFY(server.read(QStringLiteral("update.txt")).startsWith("*U* 400\r\n[0001]\r\n"));
+
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    const quint16 port = probe.serverPort();
+    probe.close();
+    QProcess http;
+    http.start(QStringLiteral("python3"), {"-m", "http.server", "--bind", "127.0.0.1", QString::number(port),
+                                           "--directory", server.path()});
+    QTRY_VERIFY_WITH_TIMEOUT(([port] {
+                               QTcpSocket socket;
+                               socket.connectToHost(QHostAddress::LocalHost, port);
+                               return socket.waitForConnected(200);
+                             }()),
+                             10000);
+    const QString url = QStringLiteral("http://127.0.0.1:%1").arg(port);
+
+    test::TempDataDir data;
+    data.write(QStringLiteral("Config/Update.cfg"), " 1 \r\n01.01.2026\r\n");
+    const Result check = Ctl({"--datadir", data.path(), "update", "check", "--server", url});
+    QCOMPARE(check.code, 0);
+    QCOMPARE(check.out, (url + "/tel/0002/Neu - B.atl\tNeu - B.atl\nletzteSerie\t2\n").toUtf8());
+    const Result fetch = Ctl({"--datadir", data.path(), "update", "fetch", "--server", url});
+    QCOMPARE(fetch.code, 0);
+    QCOMPARE(fetch.out, (data.path(QStringLiteral("Tarife/Neu - B.atl")) + "\n").toUtf8());
+    QCOMPARE(data.read(QStringLiteral("Tarife/Neu - B.atl")), QByteArray("Name:Neu - B\r\nTakt:60/60\r\n"));
+    QVERIFY(data.read(QStringLiteral("Config/Update.cfg")).startsWith(" 2 \r\n"));
+    // Nothing new now.
+    QCOMPARE(Ctl({"--datadir", data.path(), "update", "check", "--server", url}).out,
+             QByteArray("letzteSerie\t3\n"));
+    http.terminate();
+    http.waitForFinished(3000);
+    // Without Servers.dat: said, and a failure.
+    QCOMPARE(Ctl({"--datadir", data.path(), "update", "check"}).code, 1);
+
+    data.write(QStringLiteral("time.html"),
+               "<p>Current Timezone: Etc/GMT</p><H2>Mon Nov 23 23:30:15 GMT 2026</H2></body>\n");
+    const QString page = data.path(QStringLiteral("time.html"));
+    QCOMPARE(Ctl({"timesync", "parse", page, "--bias", "3600"}).out, QByteArray("2026-11-23 00:30:15\n"));
+    data.write(QStringLiteral("time.html"), "nothing here");
+    QCOMPARE(Ctl({"timesync", "parse", page}).out, QByteArray("0\n"));
   }
 };
 

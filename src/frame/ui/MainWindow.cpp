@@ -20,6 +20,8 @@
 #include "history/ui/ListPanel.h"
 #include "history/ui/ReportPanel.h"
 #include "metering/ui/ConnectionPanel.h"
+#include "online/ui/ConnectionServices.h"
+#include "tariffs/ui/TariffCataloguePanel.h"
 
 #include <QAbstractSpinBox>
 #include <QCloseEvent>
@@ -45,6 +47,7 @@ const QString kConnectionLabel = QStringLiteral("Verbindung");
 const QString kLocked = QStringLiteral("[Gesperrt]");
 const QString kNotRecording = QStringLiteral("Aufzeichnung ist nicht aktiv");
 constexpr int kListEntry = 1;
+constexpr int kTarifeEntry = 2;
 constexpr int kDialUpEntry = 3;
 constexpr int kMonitoringEntry = 6;
 constexpr int kOptionsEntry = 7;
@@ -52,8 +55,8 @@ constexpr int kChartEntry = 8;
 constexpr int kReportEntry = 9;
 
 bool HasPanel(int index) {
-  return index == kListEntry || index == kDialUpEntry || index == kMonitoringEntry || index == kOptionsEntry ||
-         index == kChartEntry || index == kReportEntry;
+  return index == kListEntry || index == kTarifeEntry || index == kDialUpEntry || index == kMonitoringEntry ||
+         index == kOptionsEntry || index == kChartEntry || index == kReportEntry;
 }
 
 // In a panel that scrolls, the wheel scrolls the panel: a selection box or
@@ -213,6 +216,19 @@ QWidget* MainWindow::CreateSidePanel(int index) {
   QWidget* panel = nullptr;
   if (index == kListEntry) {
     panel = new ListPanel(services_, detection_.remote);
+  } else if (index == kTarifeEntry) {
+    auto* catalogue = new TariffCataloguePanel(services_, fetcher_);
+    connect(catalogue, &TariffCataloguePanel::tariffsDownloaded, this, [this] {
+      if (connection_) {
+        connection_->services()->ShowDownloaded();
+      }
+    });
+    connect(catalogue, &TariffCataloguePanel::newerRevisionFound, this, [this] {
+      if (connection_) {
+        connection_->services()->ShowNewerRevision();
+      }
+    });
+    panel = catalogue;
   } else if (index == kDialUpEntry) {
     panel = new DialUpPanel(services_, detection_.remote);
   } else if (index == kMonitoringEntry) {
@@ -345,6 +361,12 @@ void MainWindow::StartConnection() {
 bool MainWindow::LoadConnectionPanel() {
   connection_ = new ConnectionPanel(services_, traffic_, client_);
   connection_->SetDetection(detection_.loop);
+  connection_->SetOnline(&fetcher_, &clockSetter_);
+  connect(connection_->services(), &ConnectionServices::tariffsDownloaded, this, [this] {
+    if (auto* scroll = qobject_cast<QScrollArea*>(sidePanels_.value(kTarifeEntry).data())) {
+      static_cast<TariffCataloguePanel*>(scroll->widget())->GetTarife();
+    }
+  });
   connection_->hide();
   connect(connection_, &ConnectionPanel::recordingStarted, this, &MainWindow::OnRecordingStarted);
   connect(connection_, &ConnectionPanel::ticked, this, &MainWindow::OnRecordingTicked);

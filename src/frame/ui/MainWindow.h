@@ -3,6 +3,8 @@
 #include "desk/ui/OverviewPanel.h"
 #include "desk/ui/SmallWindow.h"
 #include "metering/ui/ConnectionPanel.h"
+#include "online/platform/NetworkFetcher.h"
+#include "online/platform/TimedatedClockSetter.h"
 
 #include <QLabel>
 #include <QMainWindow>
@@ -110,6 +112,8 @@ class MainWindow : public QMainWindow {
   QPointer<ConnectionPanel> connection_;
   QPointer<SmallWindow> smallWindow_;
   QMap<int, QPointer<QWidget>> sidePanels_;  // by side-bar entry
+  NetworkFetcher fetcher_;
+  TimedatedClockSetter clockSetter_;
   Detection detection_;
   QSystemTrayIcon* tray_ = nullptr;
   QMenu* trayMenu_ = nullptr;

@@ -8,6 +8,7 @@
 #include "metering/ConnectionChecks.h"
 #include "metering/ConnectionSettings.h"
 #include "metering/TrafficSource.h"
+#include "online/ui/ConnectionServices.h"
 
 #include <QCheckBox>
 #include <QFrame>
@@ -125,7 +126,7 @@ void ConnectionPanel::BuildControls() {
       AddLabel(QStringLiteral("lblTarifupdates"), QStringLiteral("Keine Tarife gefunden.")));
   serviceRows->addWidget(
       AddLabel(QStringLiteral("lblProgrammupdates"), QStringLiteral("Kein Programmupd. gefunden.")));
-  serviceRows->addWidget(new QLabel(QStringLiteral("Zeitsynchronisierung:")));
+  serviceRows->addWidget(AddLabel(QStringLiteral("Label1"), QStringLiteral("Zeitsynchronisierung:")));
   serviceRows->addWidget(
       AddLabel(QStringLiteral("lblTimeSync"), QStringLiteral("Uhrzeit wird nicht korrigiert.")));
   check1_ = new QCheckBox(QStringLiteral("&Automatisch"));
@@ -188,7 +189,19 @@ void ConnectionPanel::BuildControls() {
   });
   connect(chkKanalbuendelung_, &QCheckBox::clicked, this, [this](bool on) { meter_.SetKanalbuendelung(on); });
   connect(cmdStop_, &QPushButton::clicked, this, &ConnectionPanel::StopByUser);
+
+  connectionServices_ = new ConnectionServices(
+      services_, meter_,
+      {labels_.value(QStringLiteral("lblTarifupdates")), labels_.value(QStringLiteral("lblProgrammupdates")),
+       labels_.value(QStringLiteral("lblTimeSync")), labels_.value(QStringLiteral("Label1"))},
+      this);
 }
+
+void ConnectionPanel::SetOnline(Fetcher* fetcher, ClockSetter* clockSetter) {
+  connectionServices_->SetOnline(fetcher, clockSetter);
+}
+
+void ConnectionPanel::StartServices() { connectionServices_->Start(); }
 
 bool ConnectionPanel::Load() {
   if (!TarifCheck(services_)) {

@@ -14,6 +14,9 @@ class QPushButton;
 
 namespace minutor {
 
+class ClockSetter;
+class ConnectionServices;
+class Fetcher;
 class MonitoringLoop;
 class TrafficSource;
 struct Services;
@@ -55,6 +58,11 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   // detached processes unless set otherwise.
   void SetProgramLauncher(ProgramLauncher& launcher) { launcher_ = &launcher; }
 
+  // Where the tariff update search and the clock correction fetch and set
+  // the clock; without them the services box stays as it is.
+  void SetOnline(Fetcher* fetcher, ClockSetter* clockSetter);
+  ConnectionServices* services() const { return connectionServices_; }
+
   bool IsRecording() const { return meter_.IsRecording(); }
   int TickCount() const { return meter_.TickCount(); }
 
@@ -81,6 +89,7 @@ class ConnectionPanel : public QWidget, private MeterHooks {
  private:
   // What the meter asks of the panel.
   void ShowSmallWindow() override;
+  void StartServices() override;
   void StartTimerStarter() override;
   void ShowCaption(const QString& caption) override;
   void RecordingStopped() override;
@@ -103,6 +112,7 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   QTimer timerStarter_{this};
   QTimer rsTimer_{this};
   QHash<QString, QLabel*> labels_;
+  ConnectionServices* connectionServices_ = nullptr;
   QCheckBox* check1_ = nullptr;
   QCheckBox* check2_ = nullptr;
   QCheckBox* check3_ = nullptr;
