@@ -7,6 +7,7 @@ packages=(
   qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins qt6-translations-l10n libgl-dev
   xvfb xauth fonts-dejavu-core
   dbus python3 python3-dbusmock libglib2.0-bin iproute2
+  cups printer-driver-cups-pdf poppler-utils chromium
 )
 
 missing=()

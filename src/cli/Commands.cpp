@@ -3,6 +3,7 @@
 #include "cli/ChartCommands.h"
 #include "cli/ExportCommands.h"
 #include "cli/HistoryCommands.h"
+#include "cli/PrintCommands.h"
 #include "cli/UpdateCommands.h"
 #include "desk/FreeAllowance.h"
 #include "frame/AppState.h"
@@ -63,6 +64,9 @@ const char* const kUsageText =
     "  export --format html|text|csv|json [--charts] [list filters] --output FILE\n"
     "                              the list as the \"Exportieren\" dialog writes it (html, text), or\n"
     "                              as CSV or JSON\n"
+    "  print --output FILE.pdf [--form liste|rechnung] [--transfer] [--colours] [--mono]\n"
+    "        [--charts YYYY-MM --pair dauer-transfer|kosten-transfer|kosten-dauer] [list filters]\n"
+    "                              the pages \"Drucken\" prints, as a PDF file\n"
     "  update index DIR [--revision N]\n"
     "                              writes DIR/update.txt for an update server: each folder DIR/tel/0001,\n"
     "                              DIR/tel/0002, ... is a batch of that number holding its .atl tariffs\n"
@@ -397,6 +401,9 @@ int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* 
   }
   if (args.value(0) == QLatin1String("export")) {
     return ExportCommand(DataDir(dataDir), args.mid(1), out, err);
+  }
+  if (args.value(0) == QLatin1String("print")) {
+    return PrintCommand(DataDir(dataDir), args.mid(1), out, err);
   }
   if (!args.isEmpty() && args.first() == QLatin1String("list")) {
     return ListCommand(DataDir(dataDir), args.mid(1), out, err);

@@ -51,6 +51,11 @@ class Page {
     painter_.drawText(box, static_cast<int>(align | Qt::AlignTop) | Qt::TextDontClip, text);
   }
 
+  // A cell's text cut to its column's width with an ellipsis.
+  void Cell(double x, double y, const QString& text, double width) {
+    Text(x, y, QFontMetricsF(painter_.font()).elidedText(text, Qt::ElideRight, (width - 1) * kUnit));
+  }
+
   double TextWidth(const QString& text) const {
     return QFontMetricsF(painter_.font()).horizontalAdvance(text) / kUnit;
   }
@@ -171,8 +176,8 @@ void Table(Page& page, const ListPrintContent& content, const ListPrintOptions& 
   const double dauer = 60;
   const double mb = 92;
   const double dfue = 96;
-  const double user = transfer ? 128 : 80;
-  const double provider = transfer ? 150 : 112;
+  const double user = transfer ? 126 : 80;
+  const double provider = transfer ? 146 : 112;
   page.SetFont(8, true);
   y += 6;
   page.Text(16, y, QStringLiteral("Datum"));
@@ -199,16 +204,20 @@ void Table(Page& page, const ListPrintContent& content, const ListPrintOptions& 
       page.Band(y, QColor(0xE0, 0xE0, 0xE0));
     }
     const QDate date = ParseShortDate(row.Cell(kColumnDatum));
-    const QString weekday = date.isValid() ? QLocale().toString(date, QStringLiteral("ddd")) : QString();
+    // Short day names as the old system gave them, "Sa" rather than "Sa.".
+    QString weekday = date.isValid() ? QLocale().dayName(date.dayOfWeek(), QLocale::ShortFormat) : QString();
+    if (weekday.endsWith(QLatin1Char('.'))) {
+      weekday.chop(1);
+    }
     page.Text(16, y, weekday + QStringLiteral(", ") + row.Cell(kColumnDatum));
     page.Text(start, y, row.Cell(kColumnStart));
     page.Text(dauer, y, row.Cell(kColumnDauer));
     if (transfer) {
       page.Text(mb, y, FixedText(LeadingNumber(row.Cell(kColumnInOut)) / 1000000, 2), Qt::AlignRight);
-      page.Text(dfue, y, row.Cell(kColumnDfue));
+      page.Cell(dfue, y, row.Cell(kColumnDfue), user - dfue);
     }
-    page.Text(user, y, row.Cell(kColumnUser));
-    page.Text(provider, y, row.Cell(kColumnTarif));
+    page.Cell(user, y, row.Cell(kColumnUser), provider - user);
+    page.Cell(provider, y, row.Cell(kColumnTarif), 176 - provider);
     page.Text(193, y, FixedText(ParseBetrag(row.Cell(kColumnKosten)), 2), Qt::AlignRight);
     duration = ZeitDifferenz(duration, QString(QLatin1Char('-') + row.Cell(kColumnDauer)));
     bytes += LeadingNumber(row.Cell(kColumnInOut));
