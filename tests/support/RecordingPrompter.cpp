@@ -22,4 +22,10 @@ std::optional<QString> RecordingPrompter::AskPassword(const QString& text, const
   return passwords.takeFirst();
 }
 
+QString RecordingPrompter::AskSaveFileName(const QString& title, const QString&) {
+  messages.append(title);
+  icons.append(Icon::Question);
+  return fileNames.isEmpty() ? QString() : fileNames.takeFirst();
+}
+
 }  // namespace minutor::test

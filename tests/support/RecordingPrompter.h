@@ -13,11 +13,13 @@ class RecordingPrompter final : public Prompter {
   void Message(const QString& text, Icon icon, const QString& title = {}) override;
   Answer Ask(const QString& text, const QString& title, bool withCancel) override;
   std::optional<QString> AskPassword(const QString& text, const QString& title) override;
+  QString AskSaveFileName(const QString& title, const QString& filter) override;
 
   QStringList messages;
   QList<Icon> icons;
   QList<Answer> answers;  // taken from the front; Cancel when empty
   QStringList passwords;  // taken from the front; cancelled when empty
+  QStringList fileNames;  // taken from the front; cancelled when empty
 };
 
 }  // namespace minutor::test

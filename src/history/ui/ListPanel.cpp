@@ -11,7 +11,9 @@
 #include "history/ui/ConnectionDialog.h"
 #include "history/ui/ConnectionListModel.h"
 #include "history/ui/DifferenceDialog.h"
+#include "history/ui/ExportDialog.h"
 #include "history/ui/PeriodDialog.h"
+#include "history/ui/PrintDialog.h"
 #include "metering/ConnectionRecord.h"
 #include "tariffs/TariffNames.h"
 
@@ -149,10 +151,6 @@ void ListPanel::BuildUi() {
     row->addWidget(button);
     buttons_[i] = button;
   }
-  // Printing and export come with their own work; until then they can't be
-  // clicked.
-  buttons_[kDrucken]->setEnabled(false);
-  buttons_[kExportieren]->setEnabled(false);
   row->addStretch();
   layout->addLayout(row);
 
@@ -323,6 +321,17 @@ void ListPanel::ButtonClicked(int index) {
     case kLoeschen:
       DeleteSelected();
       break;
+    case kDrucken:
+      PrintDialog(services_, Selection(), this).exec();
+      break;
+    case kExportieren:
+      if (model_->Rows().isEmpty()) {
+        services_.prompter.Message(QStringLiteral("Die Liste enthält keine Einträge."),
+                                   Prompter::Icon::Information);
+      } else {
+        ExportDialog(services_, Selection(), this).exec();
+      }
+      break;
     case kDifferenzieren:
       if (DifferenceDialog(services_, this).exec() == QDialog::Accepted) {
         GetConnections();
@@ -336,6 +345,16 @@ void ListPanel::ButtonClicked(int index) {
     default:
       break;
   }
+}
+
+ListSelection ListPanel::Selection() const {
+  ListSelection selection;
+  selection.rows = model_->Rows();
+  selection.periodItem = period_->currentText();
+  selection.filter.user = user_->currentText();
+  selection.filter.provider = provider_->currentText();
+  selection.filter.tariff = tariff_->currentText();
+  return selection;
 }
 
 void ListPanel::EditSelected() {
