@@ -1,5 +1,6 @@
-// Takes the pictures of the README: the Overview, a running recording and the
-// small window, made by the real program's windows on a sample data directory.
+// Takes the pictures of the README: the Overview, a running recording, the
+// small window and the connection list, made by the real program's windows
+// on a sample data directory.
 //
 //   minutor_screenshots OUTDIR
 //
@@ -13,8 +14,10 @@
 #include "frame/datadir/DataDir.h"
 #include "frame/ui/MainWindow.h"
 #include "frame/ui/MessageBoxPrompter.h"
+#include "frame/ui/SideBar.h"
 #include "metering/TrafficSource.h"
 #include "metering/ui/ConnectionPanel.h"
+#include "users/FieldCipher.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -43,6 +46,39 @@ bool Save(QWidget* widget, const QString& path) {
   return ok;
 }
 
+// A few weeks of connections, as the list shows them.
+void WriteSampleRecords(const DataDir& dir, const QDate& today) {
+  const char* const tariffs[] = {"Funkwelle - Tag und Nacht.tel", "Mobilnetz Plus - Freiminuten 100.tel"};
+  for (int i = 0; i < 14; ++i) {
+    const QDate day = today.addDays(-2 * i - 1);
+    const QTime start(8 + (i * 5) % 14, (i * 17) % 60, (i * 31) % 60);
+    const int minutes = 3 + (i * 23) % 70;
+    const QList<QByteArray> plain{
+        "S" + day.toString(QStringLiteral("dd.MM.yyyy")).toLatin1(),
+        start.toString(QStringLiteral("HH:mm:ss")).toLatin1(),
+        QStringLiteral("00:%1:%2")
+            .arg(minutes, 2, 10, QLatin1Char('0'))
+            .arg((i * 7) % 60, 2, 10, QLatin1Char('0'))
+            .toLatin1(),
+        "S" + QByteArray::number(minutes * (i % 2 == 0 ? 0.039 : 0.09), 'f', 2).replace('.', ','),
+        QByteArray::number(minutes),
+        QByteArray::number(minutes * 412'000 + i * 1733),
+        QByteArray::number(minutes * 38'000 + i * 211),
+        QByteArray::number(minutes * 450'000 + i * 1944),
+        i % 3 == 0 ? "Mobilfunk-Stick" : "Heimnetz DSL",
+        tariffs[i % 2],
+        "Supervisor",
+        i == 4 ? "Urlaub, Hotel-WLAN" : ""};
+    QList<QByteArray> lines;
+    for (const QByteArray& line : plain) {
+      lines.append(EncryptField(line));
+    }
+    dir.WriteLines(QStringLiteral("Verbindungen/") + day.toString(QStringLiteral("ddMMyyyy")) +
+                       QLatin1Char('-') + start.toString(QStringLiteral("HHmmss")) + QStringLiteral(".con"),
+                   lines);
+  }
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -60,6 +96,8 @@ int main(int argc, char* argv[]) {
                  {"", "Supervisor", "Funkwelle", "Funkwelle - Tag und Nacht.tel"});
   dir.WriteLines(QStringLiteral("Config/Smallwindow.cfg"), {" 1 "});
   dir.WriteLines(QStringLiteral("Note.dat"), {"Vertrag endet am 31.12.", "Stick: 0171 1234567"});
+
+  WriteSampleRecords(dir, QDate::currentDate());
 
   AppState state;
   RunStartSteps(dir, DataDir::ShippedLocation(QApplication::applicationDirPath()), state);
@@ -86,5 +124,8 @@ int main(int argc, char* argv[]) {
     window.connection()->CounterStop();
   }
   Wait(300);
+  emit window.sideBar()->entryClicked(1);
+  Wait(1500);
+  ok = Save(&window, out + QStringLiteral("/list.png")) && ok;
   return ok ? 0 : 1;
 }

@@ -136,7 +136,8 @@ void ListPanel::BuildUi() {
   totals->addStretch();
   layout->addLayout(totals);
 
-  auto* row = new QHBoxLayout;
+  // Two rows of buttons, so that the panel fits the frame's width.
+  auto* row = new QGridLayout;
   for (size_t i = 0; i < buttons_.size(); ++i) {
     auto* button = new QToolButton(this);
     button->setObjectName(QStringLiteral("Image1_%1").arg(i));
@@ -146,14 +147,14 @@ void ListPanel::BuildUi() {
     // The frame around a button shows while the pointer is over it.
     button->setAutoRaise(true);
     connect(button, &QToolButton::clicked, this, [this, i] { ButtonClicked(static_cast<int>(i)); });
-    row->addWidget(button);
+    row->addWidget(button, static_cast<int>(i / 4), static_cast<int>(i % 4));
     buttons_[i] = button;
   }
   // Printing and export come with their own work; until then they can't be
   // clicked.
   buttons_[kDrucken]->setEnabled(false);
   buttons_[kExportieren]->setEnabled(false);
-  row->addStretch();
+  row->setColumnStretch(4, 1);
   layout->addLayout(row);
 
   connect(period_, &QComboBox::currentIndexChanged, this, &ListPanel::PeriodChanged);
