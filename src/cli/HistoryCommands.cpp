@@ -117,7 +117,7 @@ int ListCommand(const DataDir& dir, const QStringList& args, std::FILE* out, std
   ListResult result = GetConnections(dir, query);
   SortRows(result.rows, SortByHeader(kColumnDatum));
   for (const ListRow& row : result.rows) {
-    Print(out, row.cells.mid(0, kColumnFile - kColumnDatum + 1).join(QLatin1Char('\t')));
+    Print(out, row.Cells(kColumnFile).join(QLatin1Char('\t')));
   }
   Print(out, QStringLiteral("Gesamt\t") + result.totalDuration + QLatin1Char('\t') + result.totalCost);
   if (result.walk.unreadable > 0) {

@@ -350,7 +350,7 @@ void ListPanel::EditSelected() {
   if (row < 0 || row >= model_->Rows().size()) {
     return;
   }
-  const QString file = model_->Rows().at(row).Cell(kColumnFile);
+  const QString file = model_->Rows().at(row).Cell(kColumnFile).toString();
   if (file.isEmpty()) {
     return;
   }
@@ -368,7 +368,7 @@ void ListPanel::DeleteSelected() {
   int deleted = 0;
   QStringList failed;
   for (const int row : rows) {
-    const QString file = model_->Rows().at(row).Cell(kColumnFile);
+    const QString file = model_->Rows().at(row).Cell(kColumnFile).toString();
     const QString path = services_.dir.Resolve(kRecordFolder + QLatin1Char('/') + file);
     // Into the desktop's trash where there is one, so that a wrong click
     // loses nothing; without a trash the file is deleted.
