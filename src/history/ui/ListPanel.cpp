@@ -282,6 +282,7 @@ void ListPanel::GetConnections() {
     query.tax = ReadTax(services_.dir, services_.prompter);
   }
   loadingNote_->show();
+  loadSort_ = sort_;
   loader_->Load(query, sort_);
 }
 
@@ -289,6 +290,11 @@ bool ListPanel::IsLoading() const { return loader_->IsLoading(); }
 
 void ListPanel::ShowLoaded(const ListResult& result) {
   model_->SetRows(result.rows);
+  // A header clicked while the rows were read sorts them now.
+  if (sort_.column != loadSort_.column) {
+    SortRows(model_->MutableRows(), sort_);
+    model_->RowsReordered();
+  }
   totalDuration_->setText(result.totalDuration);
   totalCost_->setText(result.totalCost);
   loadingNote_->hide();
