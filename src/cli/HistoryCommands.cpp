@@ -139,7 +139,7 @@ int ListCommand(const DataDir& dir, const QStringList& args, std::FILE* out, std
   }
   const ListResult result = LoadListRows(dir, *query, err);
   for (const ListRow& row : result.rows) {
-    Print(out, row.cells.mid(0, kColumnFile - kColumnDatum + 1).join(QLatin1Char('\t')));
+    Print(out, row.Cells(kColumnFile).join(QLatin1Char('\t')));
   }
   Print(out, QStringLiteral("Gesamt\t") + result.totalDuration + QLatin1Char('\t') + result.totalCost);
   return kOk;

@@ -111,7 +111,7 @@ QList<QByteArray> ExportHtmlLines(const QList<ListRow>& rows, const QString& tit
   for (int column = kColumnDatum; column <= kColumnKommentar; ++column) {
     out << QStringLiteral("<TD bgcolor=#FFFFFF valign=top nowrap>");
     for (qsizetype i = 0; i < rows.size(); ++i) {
-      const QString& cell = rows.at(i).Cell(column);
+      const QString cell = rows.at(i).Cell(column).toString();
       out << ((i + 1) % 2 == 0 ? QStringLiteral("<FONT color=#555555 size=2>")
                                : QStringLiteral("<FONT color=#000000 size=2>"))
           << cell + QStringLiteral("<BR>") << QStringLiteral("</FONT>");
@@ -167,7 +167,7 @@ QList<QByteArray> ExportTextLines(const QList<ListRow>& rows) {
   for (const ListRow& row : rows) {
     QStringList fields;
     for (const Field& field : kFields) {
-      const QString& cell = row.Cell(field.column);
+      const QString cell = row.Cell(field.column).toString();
       fields << (field.width == 0 ? cell : PadRight(cell, field.width));
     }
     out << fields.join(QStringLiteral(" | "));
@@ -184,7 +184,7 @@ QByteArray ExportCsv(const QList<ListRow>& rows) {
   for (const ListRow& row : rows) {
     QStringList fields;
     for (int column = kColumnDatum; column <= kColumnKommentar; ++column) {
-      const QString& cell = row.Cell(column);
+      const QString cell = row.Cell(column).toString();
       fields << CsvField(column == kColumnDatum   ? IsoDate(cell)
                          : IsNumberColumn(column) ? PlainNumber(cell)
                                                   : cell);
@@ -198,20 +198,20 @@ QByteArray ExportJson(const QList<ListRow>& rows) {
   QJsonArray array;
   for (const ListRow& row : rows) {
     array.append(QJsonObject{
-        {QStringLiteral("date"), IsoDate(row.Cell(kColumnDatum))},
-        {QStringLiteral("start"), row.Cell(kColumnStart)},
-        {QStringLiteral("duration"), row.Cell(kColumnDauer)},
-        {QStringLiteral("seconds"), ClockTextSeconds(row.Cell(kColumnDauer))},
-        {QStringLiteral("cost"), Number(row.Cell(kColumnKosten))},
-        {QStringLiteral("units"), Number(row.Cell(kColumnEinheiten))},
-        {QStringLiteral("received"), Number(row.Cell(kColumnIn))},
-        {QStringLiteral("sent"), Number(row.Cell(kColumnOut))},
-        {QStringLiteral("total"), Number(row.Cell(kColumnInOut))},
-        {QStringLiteral("dialup"), row.Cell(kColumnDfue)},
-        {QStringLiteral("tariff"), row.Cell(kColumnTarif)},
-        {QStringLiteral("user"), row.Cell(kColumnUser)},
-        {QStringLiteral("comment"), row.Cell(kColumnKommentar)},
-        {QStringLiteral("file"), row.Cell(kColumnFile)},
+        {QStringLiteral("date"), IsoDate(row.Cell(kColumnDatum).toString())},
+        {QStringLiteral("start"), row.Cell(kColumnStart).toString()},
+        {QStringLiteral("duration"), row.Cell(kColumnDauer).toString()},
+        {QStringLiteral("seconds"), ClockTextSeconds(row.Cell(kColumnDauer).toString())},
+        {QStringLiteral("cost"), Number(row.Cell(kColumnKosten).toString())},
+        {QStringLiteral("units"), Number(row.Cell(kColumnEinheiten).toString())},
+        {QStringLiteral("received"), Number(row.Cell(kColumnIn).toString())},
+        {QStringLiteral("sent"), Number(row.Cell(kColumnOut).toString())},
+        {QStringLiteral("total"), Number(row.Cell(kColumnInOut).toString())},
+        {QStringLiteral("dialup"), row.Cell(kColumnDfue).toString()},
+        {QStringLiteral("tariff"), row.Cell(kColumnTarif).toString()},
+        {QStringLiteral("user"), row.Cell(kColumnUser).toString()},
+        {QStringLiteral("comment"), row.Cell(kColumnKommentar).toString()},
+        {QStringLiteral("file"), row.Cell(kColumnFile).toString()},
     });
   }
   return QJsonDocument(array).toJson(QJsonDocument::Indented);

@@ -84,6 +84,7 @@ class ListPanel : public QWidget {
   QLabel* loadingNote_ = nullptr;
   std::array<QToolButton*, 7> buttons_{};
   ListSort sort_ = SortByHeader(kColumnDatum);
+  ListSort loadSort_;  // the sort the load in flight hands its rows over in
   bool loading_ = true;
   bool net_ = false;
 };

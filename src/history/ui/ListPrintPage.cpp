@@ -123,15 +123,15 @@ void Invoice(Page& page, const ListPrintContent& content, double y) {
   };
   QList<Sum> sums;
   for (const ListRow& row : content.rows) {
-    const QString name = Provider(row.Cell(kColumnTarif));
+    const QString name = Provider(row.Cell(kColumnTarif).toString());
     auto it = std::find_if(sums.begin(), sums.end(), [&](const Sum& s) { return s.name == name; });
     if (it == sums.end()) {
       sums.append(Sum{name});
       it = sums.end() - 1;
     }
-    it->bytes += LeadingNumber(row.Cell(kColumnInOut));
-    it->duration = ZeitDifferenz(it->duration, QString(QLatin1Char('-') + row.Cell(kColumnDauer)));
-    it->cost += ParseBetrag(row.Cell(kColumnKosten));
+    it->bytes += LeadingNumber(row.Cell(kColumnInOut).toString());
+    it->duration = ZeitDifferenz(it->duration, QString(QLatin1Char('-') + row.Cell(kColumnDauer).toString()));
+    it->cost += ParseBetrag(row.Cell(kColumnKosten).toString());
   }
   page.SetFont(10);
   y += 6;
@@ -203,25 +203,26 @@ void Table(Page& page, const ListPrintContent& content, const ListPrintOptions& 
     } else if (!options.mono && (i + 1) % 2 == 0) {
       page.Band(y, QColor(0xE0, 0xE0, 0xE0));
     }
-    const QDate date = ParseShortDate(row.Cell(kColumnDatum));
+    const QDate date = ParseShortDate(row.Cell(kColumnDatum).toString());
     // Short day names as the old system gave them, "Sa" rather than "Sa.".
     QString weekday = date.isValid() ? QLocale().dayName(date.dayOfWeek(), QLocale::ShortFormat) : QString();
     if (weekday.endsWith(QLatin1Char('.'))) {
       weekday.chop(1);
     }
-    page.Text(16, y, weekday + QStringLiteral(", ") + row.Cell(kColumnDatum));
-    page.Text(start, y, row.Cell(kColumnStart));
-    page.Text(dauer, y, row.Cell(kColumnDauer));
+    page.Text(16, y, weekday + QStringLiteral(", ") + row.Cell(kColumnDatum).toString());
+    page.Text(start, y, row.Cell(kColumnStart).toString());
+    page.Text(dauer, y, row.Cell(kColumnDauer).toString());
     if (transfer) {
-      page.Text(mb, y, FixedText(LeadingNumber(row.Cell(kColumnInOut)) / 1000000, 2), Qt::AlignRight);
-      page.Cell(dfue, y, row.Cell(kColumnDfue), user - dfue);
+      page.Text(mb, y, FixedText(LeadingNumber(row.Cell(kColumnInOut).toString()) / 1000000, 2),
+                Qt::AlignRight);
+      page.Cell(dfue, y, row.Cell(kColumnDfue).toString(), user - dfue);
     }
-    page.Cell(user, y, row.Cell(kColumnUser), provider - user);
-    page.Cell(provider, y, row.Cell(kColumnTarif), 176 - provider);
-    page.Text(193, y, FixedText(ParseBetrag(row.Cell(kColumnKosten)), 2), Qt::AlignRight);
-    duration = ZeitDifferenz(duration, QString(QLatin1Char('-') + row.Cell(kColumnDauer)));
-    bytes += LeadingNumber(row.Cell(kColumnInOut));
-    cost += ParseBetrag(row.Cell(kColumnKosten));
+    page.Cell(user, y, row.Cell(kColumnUser).toString(), provider - user);
+    page.Cell(provider, y, row.Cell(kColumnTarif).toString(), 176 - provider);
+    page.Text(193, y, FixedText(ParseBetrag(row.Cell(kColumnKosten).toString()), 2), Qt::AlignRight);
+    duration = ZeitDifferenz(duration, QString(QLatin1Char('-') + row.Cell(kColumnDauer).toString()));
+    bytes += LeadingNumber(row.Cell(kColumnInOut).toString());
+    cost += ParseBetrag(row.Cell(kColumnKosten).toString());
     y += kRow;
   }
   page.SetFont(8, true);

@@ -41,7 +41,7 @@ void WriteHistory(const test::TempDataDir& data) {
 QStringList Column(const ListPanel& panel, int column) {
   QStringList cells;
   for (const ListRow& row : panel.Model()->Rows()) {
-    cells.append(row.Cell(column));
+    cells.append(row.Cell(column).toString());
   }
   return cells;
 }
