@@ -9,6 +9,7 @@ packages=(
   xvfb xauth fonts-dejavu-core
   dbus python3 python3-dbusmock libglib2.0-bin iproute2
   libpulse-dev pulseaudio pulseaudio-utils
+  cups printer-driver-cups-pdf poppler-utils chromium
 )
 
 missing=()

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Takes the README's pictures under a virtual X server: the Overview, a
-# running recording and the small window, on a sample data directory.
+# running recording, the small window and the connection list, on a sample
+# data directory.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -1,6 +1,6 @@
 // Takes the pictures of the README: the Overview, a running recording, the
-// small window, the monthly chart and the analysis, made by the real
-// program's windows on a sample data directory.
+// small window, the connection list, the monthly chart and the analysis,
+// made by the real program's windows on a sample data directory.
 //
 //   minutor_screenshots OUTDIR
 //
@@ -75,6 +75,39 @@ void WriteSampleMonth(const DataDir& dir, const QDate& today) {
   }
 }
 
+// A few weeks of connections, as the list shows them.
+void WriteSampleRecords(const DataDir& dir, const QDate& today) {
+  const char* const tariffs[] = {"Funkwelle - Tag und Nacht.tel", "Mobilnetz Plus - Freiminuten 100.tel"};
+  for (int i = 0; i < 14; ++i) {
+    const QDate day = today.addDays(-2 * i - 1);
+    const QTime start(8 + (i * 5) % 14, (i * 17) % 60, (i * 31) % 60);
+    const int minutes = 3 + (i * 23) % 70;
+    const QList<QByteArray> plain{
+        "S" + day.toString(QStringLiteral("dd.MM.yyyy")).toLatin1(),
+        start.toString(QStringLiteral("HH:mm:ss")).toLatin1(),
+        QStringLiteral("00:%1:%2")
+            .arg(minutes, 2, 10, QLatin1Char('0'))
+            .arg((i * 7) % 60, 2, 10, QLatin1Char('0'))
+            .toLatin1(),
+        "S" + QByteArray::number(minutes * (i % 2 == 0 ? 0.039 : 0.09), 'f', 2).replace('.', ','),
+        QByteArray::number(minutes),
+        QByteArray::number(minutes * 412'000 + i * 1733),
+        QByteArray::number(minutes * 38'000 + i * 211),
+        QByteArray::number(minutes * 450'000 + i * 1944),
+        i % 3 == 0 ? "Mobilfunk-Stick" : "Heimnetz DSL",
+        tariffs[i % 2],
+        "Supervisor",
+        i == 4 ? "Urlaub, Hotel-WLAN" : ""};
+    QList<QByteArray> lines;
+    for (const QByteArray& line : plain) {
+      lines.append(EncryptField(line));
+    }
+    dir.WriteLines(QStringLiteral("Verbindungen/") + day.toString(QStringLiteral("ddMMyyyy")) +
+                       QLatin1Char('-') + start.toString(QStringLiteral("HHmmss")) + QStringLiteral(".con"),
+                   lines);
+  }
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -94,6 +127,7 @@ int main(int argc, char* argv[]) {
   dir.WriteLines(QStringLiteral("Config/Smallwindow.cfg"), {" 1 "});
   dir.WriteLines(QStringLiteral("Note.dat"), {"Vertrag endet am 31.12.", "Stick: 0171 1234567"});
   WriteSampleMonth(dir, QDate::currentDate());
+  WriteSampleRecords(dir, QDate::currentDate());
 
   AppState state;
   RunStartSteps(dir, DataDir::ShippedLocation(QApplication::applicationDirPath()), state);
@@ -120,6 +154,9 @@ int main(int argc, char* argv[]) {
     window.connection()->CounterStop();
   }
   Wait(300);
+  emit window.sideBar()->entryClicked(1);
+  Wait(1500);
+  ok = Save(&window, out + QStringLiteral("/list.png")) && ok;
 
   window.sideBar()->ShowPage(1);
   window.sideBar()->EntryButton(8)->click();

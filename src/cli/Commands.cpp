@@ -2,8 +2,10 @@
 
 #include "cli/BudgetCommands.h"
 #include "cli/ChartCommands.h"
+#include "cli/ExportCommands.h"
 #include "cli/HistoryCommands.h"
 #include "cli/SimulatedConnection.h"
+#include "cli/PrintCommands.h"
 #include "cli/UpdateCommands.h"
 #include "desk/FreeAllowance.h"
 #include "frame/AppState.h"
@@ -64,6 +66,12 @@ const char* const kUsageText =
     "                              the rests of a user's budget as the Budget panel shows them\n"
     "  timeleft [--user NAME] [--today YYYY-MM-DD]\n"
     "                              the seconds of the day's and the month's allowance left\n"
+    "  export --format html|text|csv|json [--charts] [list filters] --output FILE\n"
+    "                              the list as the \"Exportieren\" dialog writes it (html, text), or\n"
+    "                              as CSV or JSON\n"
+    "  print --output FILE.pdf [--form liste|rechnung] [--transfer] [--colours] [--mono]\n"
+    "        [--charts YYYY-MM --pair dauer-transfer|kosten-transfer|kosten-dauer] [list filters]\n"
+    "                              the pages \"Drucken\" prints, as a PDF file\n"
     "  update index DIR [--revision N]\n"
     "                              writes DIR/update.txt for an update server: each folder DIR/tel/0001,\n"
     "                              DIR/tel/0002, ... is a batch of that number holding its .atl tariffs\n"
@@ -417,6 +425,12 @@ int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* 
   }
   if (args.value(0) == QLatin1String("chart") || args.value(0) == QLatin1String("report")) {
     return RunChartCommand(dir, args, out, err);
+  }
+  if (args.value(0) == QLatin1String("export")) {
+    return ExportCommand(DataDir(dataDir), args.mid(1), out, err);
+  }
+  if (args.value(0) == QLatin1String("print")) {
+    return PrintCommand(DataDir(dataDir), args.mid(1), out, err);
   }
   if (!args.isEmpty() && args.first() == QLatin1String("list")) {
     return ListCommand(dir, args.mid(1), out, err);

@@ -45,8 +45,14 @@ class ErrorStreamPrompter final : public Prompter {
   std::FILE* err_;
 };
 
-// Parses the options of one command; on a mistake prints it with the help.
-bool Parse(QCommandLineParser& parser, const QString& command, const QStringList& args, std::FILE* err) {
+QString Option(const QCommandLineParser& parser, const QString& name, const QString& fallback) {
+  return parser.isSet(name) ? parser.value(name) : fallback;
+}
+
+}  // namespace
+
+bool ParseCommand(QCommandLineParser& parser, const QString& command, const QStringList& args,
+                  std::FILE* err) {
   parser.addHelpOption();
   if (!parser.parse(QStringList{QStringLiteral("minutorctl ") + command} + args) ||
       !parser.positionalArguments().isEmpty()) {
@@ -60,16 +66,7 @@ bool Parse(QCommandLineParser& parser, const QString& command, const QStringList
   return true;
 }
 
-QString Option(const QCommandLineParser& parser, const QString& name, const QString& fallback) {
-  return parser.isSet(name) ? parser.value(name) : fallback;
-}
-
-}  // namespace
-
-int ListCommand(const DataDir& dir, const QStringList& args, std::FILE* out, std::FILE* err) {
-  QCommandLineParser parser;
-  parser.setApplicationDescription(QStringLiteral(
-      "The connection list: the grid's columns 2 to 14 joined by TAB, newest first, then the totals."));
+void AddListOptions(QCommandLineParser& parser) {
   parser.addOptions({
       {QStringLiteral("period"), QStringLiteral("a period of the list (default \"Gesamt\")"),
        QStringLiteral("ITEM")},
@@ -82,24 +79,22 @@ int ListCommand(const DataDir& dir, const QStringList& args, std::FILE* out, std
       {QStringLiteral("today"), QStringLiteral("the day the periods count from"),
        QStringLiteral("YYYY-MM-DD")},
   });
-  if (!Parse(parser, QStringLiteral("list"), args, err)) {
-    return kUsage;
-  }
-  if (parser.isSet(QStringLiteral("help"))) {
-    Print(out, parser.helpText());
-    return kOk;
-  }
+}
+
+std::optional<ListQuery> ListQueryOf(const DataDir& dir, const QCommandLineParser& parser, std::FILE* err) {
   QDate today = SystemClock().Now().date();
   if (parser.isSet(QStringLiteral("today"))) {
     today = QDate::fromString(parser.value(QStringLiteral("today")), Qt::ISODate);
     if (!today.isValid()) {
-      return Fail(err, QStringLiteral("--today takes a date YYYY-MM-DD"));
+      Fail(err, QStringLiteral("--today takes a date YYYY-MM-DD"));
+      return std::nullopt;
     }
   }
   const QString period = Option(parser, QStringLiteral("period"), QStringLiteral("Gesamt"));
   if (!ListPeriodItems().contains(period)) {
-    return Fail(err, QStringLiteral("no period \"%1\"; the periods are: %2")
-                         .arg(period, ListPeriodItems().join(QStringLiteral(", "))));
+    Fail(err, QStringLiteral("no period \"%1\"; the periods are: %2")
+                  .arg(period, ListPeriodItems().join(QStringLiteral(", "))));
+    return std::nullopt;
   }
   AppState state;
   LoadOptions(dir, state);
@@ -114,15 +109,39 @@ int ListCommand(const DataDir& dir, const QStringList& args, std::FILE* out, std
     ErrorStreamPrompter prompter(err);
     query.tax = ReadTax(dir, prompter);
   }
+  return query;
+}
+
+ListResult LoadListRows(const DataDir& dir, const ListQuery& query, std::FILE* err) {
   ListResult result = GetConnections(dir, query);
   SortRows(result.rows, SortByHeader(kColumnDatum));
-  for (const ListRow& row : result.rows) {
-    Print(out, row.cells.mid(0, kColumnFile - kColumnDatum + 1).join(QLatin1Char('\t')));
-  }
-  Print(out, QStringLiteral("Gesamt\t") + result.totalDuration + QLatin1Char('\t') + result.totalCost);
   if (result.walk.unreadable > 0) {
     Print(err, QStringLiteral("minutorctl: %1 record files could not be read").arg(result.walk.unreadable));
   }
+  return result;
+}
+
+int ListCommand(const DataDir& dir, const QStringList& args, std::FILE* out, std::FILE* err) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QStringLiteral(
+      "The connection list: the grid's columns 2 to 14 joined by TAB, newest first, then the totals."));
+  AddListOptions(parser);
+  if (!ParseCommand(parser, QStringLiteral("list"), args, err)) {
+    return kUsage;
+  }
+  if (parser.isSet(QStringLiteral("help"))) {
+    Print(out, parser.helpText());
+    return kOk;
+  }
+  const auto query = ListQueryOf(dir, parser, err);
+  if (!query) {
+    return kError;
+  }
+  const ListResult result = LoadListRows(dir, *query, err);
+  for (const ListRow& row : result.rows) {
+    Print(out, row.Cells(kColumnFile).join(QLatin1Char('\t')));
+  }
+  Print(out, QStringLiteral("Gesamt\t") + result.totalDuration + QLatin1Char('\t') + result.totalCost);
   return kOk;
 }
 
@@ -159,7 +178,7 @@ int RecordEntryCommand(const DataDir& dir, const QString& command, const QString
     parser.addOption({QStringLiteral("tariff"), QStringLiteral("the tariff's file name in Tarife"),
                       QStringLiteral("FILE")});
   }
-  if (!Parse(parser, QStringLiteral("record ") + command, args, err)) {
+  if (!ParseCommand(parser, QStringLiteral("record ") + command, args, err)) {
     return kUsage;
   }
   if (parser.isSet(QStringLiteral("help"))) {

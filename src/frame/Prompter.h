@@ -26,6 +26,10 @@ class Prompter {
   virtual std::optional<QString> AskText(const QString& /*text*/, const QString& /*title*/) {
     return std::nullopt;
   }
+  // A file name from the save dialog ("Text Datei (*.txt)" as filter); empty
+  // when the user cancels or when there is nobody to ask. The dialog doesn't
+  // ask about an existing file: the caller does.
+  virtual QString AskSaveFileName(const QString& /*title*/, const QString& /*filter*/) { return {}; }
 };
 
 }  // namespace minutor

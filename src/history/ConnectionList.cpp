@@ -20,11 +20,12 @@ bool AllDigits(QByteArrayView text) { return std::all_of(text.begin(), text.end(
 // The numeric value of a line as the grid shows it. The common case, a whole
 // number without leading zeros, is its own text; only the rest goes through
 // the number conversion.
-QString NumberCell(const QByteArray& line) {
+void AppendNumber(QString& text, const QByteArray& line) {
   if (!line.isEmpty() && line.size() < 16 && AllDigits(line) && (line.size() == 1 || line[0] != '0')) {
-    return QString::fromLatin1(line);
+    text.append(QLatin1String(line));
+  } else {
+    text.append(GeneralText(LeadingNumber(line)));
   }
-  return GeneralText(LeadingNumber(line));
 }
 
 // The cost of a record ("1,23" or "1.23" mostly) as ParseBetrag reads it,
@@ -46,26 +47,32 @@ float Betrag(const QByteArray& text) {
 
 // A duration already in the form "HH:MM:SS" stays as it is; anything else is
 // normalised.
-QString Duration(const QByteArray& text) {
-  const qsizetype size = text.size();
-  const bool normal = size >= 8 && text[size - 3] == ':' && text[size - 6] == ':' && text[size - 2] <= '5' &&
-                      text[size - 5] <= '5' && AllDigits(QByteArrayView(text).first(size - 6)) &&
-                      AllDigits(QByteArrayView(text).sliced(size - 5, 2)) &&
-                      AllDigits(QByteArrayView(text).sliced(size - 2)) && (size == 8 || text[0] != '0');
-  return normal ? QString::fromLatin1(text) : NormalizeTime(FromAnsi(text));
+void AppendDuration(QString& text, const QByteArray& duration) {
+  const qsizetype size = duration.size();
+  const bool normal =
+      size >= 8 && duration[size - 3] == ':' && duration[size - 6] == ':' && duration[size - 2] <= '5' &&
+      duration[size - 5] <= '5' && AllDigits(QByteArrayView(duration).first(size - 6)) &&
+      AllDigits(QByteArrayView(duration).sliced(size - 5, 2)) &&
+      AllDigits(QByteArrayView(duration).sliced(size - 2)) && (size == 8 || duration[0] != '0');
+  if (normal) {
+    text.append(QLatin1String(duration));
+  } else {
+    text.append(NormalizeTime(FromAnsi(duration)));
+  }
 }
 
 // Year, month and day of the date column as eight digits, so that the date
 // sorts as a number.
-QString SortDate(const QString& date) {
-  if (date.size() == 10 && date[2] == QLatin1Char('.') && date[5] == QLatin1Char('.')) {
-    const QString digits = date.sliced(6, 4) + date.sliced(3, 2) + date.first(2);
-    if (std::all_of(digits.begin(), digits.end(), [](QChar c) { return c.isDigit(); })) {
-      return digits;
-    }
+void AppendSortDate(QString& text, QByteArrayView date) {
+  if (date.size() == 10 && date[2] == '.' && date[5] == '.' && AllDigits(date.first(2)) &&
+      AllDigits(date.sliced(3, 2)) && AllDigits(date.sliced(6))) {
+    text.append(QLatin1String(date.sliced(6, 4)));
+    text.append(QLatin1String(date.sliced(3, 2)));
+    text.append(QLatin1String(date.first(2)));
+    return;
   }
-  const QDate d = ParseShortDate(date);
-  return d.isValid() ? d.toString(QStringLiteral("yyyyMMdd")) : QStringLiteral("0");
+  const QDate d = ParseShortDate(FromAnsi(date.toByteArray()));
+  text.append(d.isValid() ? d.toString(QStringLiteral("yyyyMMdd")) : QStringLiteral("0"));
 }
 
 // The amount with three decimals and the locale's decimal sign, which is
@@ -125,10 +132,20 @@ int ListColumnWidth(int column) {
   return column >= 1 && column <= 13 ? kWidths[column - 1] : 0;
 }
 
+QStringList ListRow::Cells(int last) const {
+  QStringList cells;
+  for (int column = kColumnDatum; column <= last; ++column) {
+    cells.append(Cell(column).toString());
+  }
+  return cells;
+}
+
 ListResult GetConnections(const DataDir& dir, const ListQuery& query, const std::atomic<bool>* cancel) {
   ListResult result;
   Sums sums;
   const QChar decimalSign = DecimalSign();
+  const bool everything =
+      query.filter.user == kAlle && query.filter.provider == kAlle && query.filter.tariff == kAlle;
   const auto wanted = [&](const QString&, const QDate& date) { return query.period.Passes(date); };
   const auto take = [&](const RecordFile& record) {
     for (int line = 1; line <= 11; ++line) {
@@ -136,15 +153,23 @@ ListResult GetConnections(const DataDir& dir, const ListQuery& query, const std:
         return;
       }
     }
-    const QString tariffFile = FromAnsi(record.Line(10));
-    if (!RecordMatches(query.filter, tariffFile, FromAnsi(record.Line(11)))) {
+    const QByteArray tariffFile = record.Line(10);
+    if (!everything && !RecordMatches(query.filter, FromAnsi(tariffFile), FromAnsi(record.Line(11)))) {
       return;
     }
     ListRow row;
-    row.cells.reserve(kColumnSortDatum - kColumnDatum + 1);
-    const QString date = FromAnsi(record.Line(1).mid(1));
-    const QString duration = Duration(record.Line(3));
-    AddDuration(duration, sums);
+    row.text.reserve(160);
+    size_t cell = 0;
+    const auto endCell = [&] { row.ends[cell++] = static_cast<int>(row.text.size()); };
+    const QByteArray line1 = record.Line(1);
+    const QByteArrayView date = QByteArrayView(line1).sliced(1);
+    AppendAnsi(row.text, date);
+    endCell();
+    AppendAnsi(row.text, record.Line(2));
+    endCell();
+    AppendDuration(row.text, record.Line(3));
+    endCell();
+    AddDuration(row.Cell(kColumnDauer), sums);
 
     float cost = Betrag(record.Line(4).mid(1));
     if (query.tax) {
@@ -153,7 +178,8 @@ ListResult GetConnections(const DataDir& dir, const ListQuery& query, const std:
     float shown = 0;
     const QString costText = CostText(cost, decimalSign, &shown);
     sums.cost += shown;
-
+    row.text.append(costText);
+    endCell();
     switch (query.colouring.category) {
       case 1:
         row.icon = DifferenceIcon(query.colouring, ToAnsi(costText));
@@ -164,10 +190,22 @@ ListResult GetConnections(const DataDir& dir, const ListQuery& query, const std:
       default:
         row.icon = 0;
     }
-    row.cells << date << FromAnsi(record.Line(2)) << duration << costText << NumberCell(record.Line(5))
-              << NumberCell(record.Line(6)) << NumberCell(record.Line(7)) << NumberCell(record.Line(8))
-              << FromAnsi(record.Line(9)) << tariffFile.left(tariffFile.size() - 4)
-              << FromAnsi(record.Line(11)) << FromAnsi(record.Line(12)) << record.name << SortDate(date);
+    for (int line = 5; line <= 8; ++line) {
+      AppendNumber(row.text, record.Line(line));
+      endCell();
+    }
+    AppendAnsi(row.text, record.Line(9));
+    endCell();
+    AppendAnsi(row.text, QByteArrayView(tariffFile).first(std::max<qsizetype>(0, tariffFile.size() - 4)));
+    endCell();
+    AppendAnsi(row.text, record.Line(11));
+    endCell();
+    AppendAnsi(row.text, record.Line(12));
+    endCell();
+    row.text.append(record.name);
+    endCell();
+    AppendSortDate(row.text, date);
+    endCell();
     result.rows.append(std::move(row));
   };
   result.walk = WalkRecords(dir, wanted, take, cancel, query.colouring.category == 3);

@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <atomic>
 #include <optional>
 
@@ -40,13 +41,21 @@ enum ListColumn {
 const QStringList& ListColumnHeaders();
 int ListColumnWidth(int column);
 
-// One row of the grid.
+// One row of the grid. Its texts stand one after the other in one string, so
+// that a long history doesn't cost an allocation per cell.
 struct ListRow {
   int icon = 0;
-  // The texts of columns 2 to 15, the first at index 0.
-  QStringList cells;
+  QString text;
+  // Where the texts of columns 2 to 15 end in `text`.
+  std::array<int, kColumnSortDatum - kColumnDatum + 1> ends{};
 
-  const QString& Cell(int column) const { return cells.at(column - kColumnDatum); }
+  QStringView Cell(int column) const {
+    const auto i = static_cast<size_t>(column - kColumnDatum);
+    const int begin = i == 0 ? 0 : ends[i - 1];
+    return QStringView(text).sliced(begin, ends[i] - begin);
+  }
+  // The texts of columns 2 to `last`.
+  QStringList Cells(int last = kColumnSortDatum) const;
 };
 
 // What a reload of the list asks for.

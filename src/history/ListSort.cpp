@@ -16,8 +16,11 @@ constexpr int kText = 102;
 constexpr int kTime = 200;
 constexpr int kIcon = 300;
 
-double NumberOf(const QString& text) {
-  QString plain = text;
+double NumberOf(QStringView text) {
+  if (!text.contains(QLatin1Char(','))) {
+    return LeadingNumber(text);
+  }
+  QString plain = text.toString();
   plain.replace(QLatin1Char(','), QLatin1Char('.'));
   return LeadingNumber(plain);
 }

@@ -2,6 +2,7 @@
 #include "support/TempDataDir.h"
 
 #include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -266,6 +267,33 @@ class TestMinutorctl : public QObject {
     const qsizetype opened = limitLines.indexOf("event\tConStop");
     QVERIFY(opened > 0);
     QCOMPARE(limitLines.at(opened - 1), QByteArray("tick 60"));
+  }
+
+  void exportsAndPrintsTheList() {
+    test::TempDataDir data;
+    test::WriteRecord(data, "01112026-100000.con",
+                      test::RecordLines("01.11.2026", "10:00:00", "01:30:00", "1,25"));
+    const QStringList base{"--datadir", data.path()};
+    const QString html = data.path(QStringLiteral("Liste"));
+    const Result written = Ctl(base + QStringList{"export", "--format", "html", "--charts", "--period",
+                                                  "Dieser Monat", "--today", "2026-11-23", "--output", html});
+    QCOMPARE(written.code, 0);
+    QVERIFY(data.read(QStringLiteral("Liste")).contains("\r\nVERBINDUNGEN IM NOVEMBER 2026\r\n<"));
+    QVERIFY(
+        data.read(QStringLiteral("Liste")).contains("\r\n<IMG src=Liste1.bmp>\r\n<IMG src=Liste2.bmp>\r\n"));
+    QVERIFY(data.read(QStringLiteral("Liste2.bmp")).startsWith("BM"));
+    QCOMPARE(Ctl(base + QStringList{"export", "--format", "csv", "--output", data.path("l.csv")}).code, 0);
+    QVERIFY(data.read(QStringLiteral("l.csv"))
+                .endsWith("\r\n2026-11-01,10:00:00,01:30:00,1.25,3,1500,500,2000,"
+                          "Mobilfunk-Stick,Funkwelle - Tag und Nacht,Anna,\r\n"));
+
+    // An empty list writes nothing; charts only go with a month's list.
+    const Result empty = Ctl(base + QStringList{"export", "--format", "text", "--user", "Bert", "--output",
+                                                data.path("leer.txt")});
+    QCOMPARE(empty.code, 1);
+    QVERIFY(empty.err.endsWith("minutorctl: Die Liste enthält keine Einträge.\n"));
+    QVERIFY(!QFile::exists(data.path("leer.txt")));
+    QCOMPARE(Ctl(base + QStringList{"export", "--format", "html", "--charts", "--output", html}).code, 2);
   }
 
   void mistakesAreToldApart() {

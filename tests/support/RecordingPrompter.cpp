@@ -34,4 +34,10 @@ std::optional<QString> RecordingPrompter::AskText(const QString& text, const QSt
   return texts.takeFirst();
 }
 
+QString RecordingPrompter::AskSaveFileName(const QString& title, const QString&) {
+  messages.append(title);
+  icons.append(Icon::Question);
+  return fileNames.isEmpty() ? QString() : fileNames.takeFirst();
+}
+
 }  // namespace minutor::test

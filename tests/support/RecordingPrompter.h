@@ -16,6 +16,7 @@ class RecordingPrompter final : public Prompter {
   Answer Ask(const QString& text, const QString& title, bool withCancel) override;
   std::optional<QString> AskPassword(const QString& text, const QString& title) override;
   std::optional<QString> AskText(const QString& text, const QString& title) override;
+  QString AskSaveFileName(const QString& title, const QString& filter) override;
 
   QStringList messages;
   QList<Icon> icons;
@@ -24,6 +25,7 @@ class RecordingPrompter final : public Prompter {
   // What happens while a question is open, before it is answered.
   std::function<void()> whileAsking;
   QStringList texts;      // answers of input boxes, the same way
+  QStringList fileNames;  // taken from the front; cancelled when empty
 };
 
 }  // namespace minutor::test

@@ -16,13 +16,19 @@ constexpr std::array<char16_t, 32> kHighBlock = {
 }  // namespace
 
 QString FromAnsi(const QByteArray& bytes) {
-  QString text(bytes.size(), Qt::Uninitialized);
-  QChar* out = text.data();
+  QString text;
+  AppendAnsi(text, bytes);
+  return text;
+}
+
+void AppendAnsi(QString& text, QByteArrayView bytes) {
+  const qsizetype start = text.size();
+  text.resize(start + bytes.size());
+  QChar* out = text.data() + start;
   for (const char c : bytes) {
     const auto b = static_cast<unsigned char>(c);
     *out++ = (b >= 0x80 && b <= 0x9F) ? QChar(kHighBlock[b - 0x80]) : QChar(char16_t(b));
   }
-  return text;
 }
 
 QByteArray ToAnsi(const QString& text) {

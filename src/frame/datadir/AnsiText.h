@@ -9,6 +9,10 @@ namespace minutor {
 // the screen or the command line; between file and cipher it stays bytes.
 QString FromAnsi(const QByteArray& bytes);
 
+// Appends the text of the bytes, for readers that gather many fields into one
+// string.
+void AppendAnsi(QString& text, QByteArrayView bytes);
+
 // Characters without a Windows-1252 code become "?", as the old program's
 // conversion did.
 QByteArray ToAnsi(const QString& text);

@@ -477,6 +477,12 @@ void MainWindow::OnRecordingStopped() {
   setWindowTitle(kTitle);
   status_[1]->setText(kNotRecording);
   sideBar_->SetLabel(0, kOverviewLabel);
+  // An open list shows the record just written.
+  if (QWidget* list = sidePanels_.value(kListEntry)) {
+    if (auto* panel = list->findChild<ListPanel*>()) {
+      panel->GetConnections();
+    }
+  }
   // The panel is taken away once the event that stopped it has ended.
   QTimer::singleShot(1, this, &MainWindow::CounterStopper);
 }

@@ -1,6 +1,7 @@
 #include "frame/ui/MessageBoxPrompter.h"
 
 #include <QApplication>
+#include <QFileDialog>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -57,6 +58,11 @@ std::optional<QString> MessageBoxPrompter::AskPassword(const QString& text, cons
     return std::nullopt;
   }
   return answer;
+}
+
+QString MessageBoxPrompter::AskSaveFileName(const QString& title, const QString& filter) {
+  return QFileDialog::getSaveFileName(parent_, title, QString(), filter, nullptr,
+                                      QFileDialog::DontConfirmOverwrite);
 }
 
 }  // namespace minutor

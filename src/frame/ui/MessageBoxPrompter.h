@@ -15,6 +15,7 @@ class MessageBoxPrompter final : public Prompter {
   void Message(const QString& text, Icon icon, const QString& title = {}) override;
   Answer Ask(const QString& text, const QString& title, bool withCancel) override;
   std::optional<QString> AskPassword(const QString& text, const QString& title) override;
+  QString AskSaveFileName(const QString& title, const QString& filter) override;
 
  private:
   QWidget* parent_;

@@ -36,7 +36,7 @@ QVariant ConnectionListModel::data(const QModelIndex& index, int role) const {
     return role == Qt::DecorationRole ? QVariant(ClassIcon(row.icon)) : QVariant();
   }
   if (role == Qt::DisplayRole || role == Qt::ToolTipRole) {
-    return row.Cell(column);
+    return row.Cell(column).toString();
   }
   return {};
 }

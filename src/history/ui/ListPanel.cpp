@@ -11,7 +11,9 @@
 #include "history/ui/ConnectionDialog.h"
 #include "history/ui/ConnectionListModel.h"
 #include "history/ui/DifferenceDialog.h"
+#include "history/ui/ExportDialog.h"
 #include "history/ui/PeriodDialog.h"
+#include "history/ui/PrintDialog.h"
 #include "metering/ConnectionRecord.h"
 #include "tariffs/TariffNames.h"
 
@@ -136,7 +138,8 @@ void ListPanel::BuildUi() {
   totals->addStretch();
   layout->addLayout(totals);
 
-  auto* row = new QHBoxLayout;
+  // Two rows of buttons, so that the panel fits the frame's width.
+  auto* row = new QGridLayout;
   for (size_t i = 0; i < buttons_.size(); ++i) {
     auto* button = new QToolButton(this);
     button->setObjectName(QStringLiteral("Image1_%1").arg(i));
@@ -146,14 +149,10 @@ void ListPanel::BuildUi() {
     // The frame around a button shows while the pointer is over it.
     button->setAutoRaise(true);
     connect(button, &QToolButton::clicked, this, [this, i] { ButtonClicked(static_cast<int>(i)); });
-    row->addWidget(button);
+    row->addWidget(button, static_cast<int>(i / 4), static_cast<int>(i % 4));
     buttons_[i] = button;
   }
-  // Printing and export come with their own work; until then they can't be
-  // clicked.
-  buttons_[kDrucken]->setEnabled(false);
-  buttons_[kExportieren]->setEnabled(false);
-  row->addStretch();
+  row->setColumnStretch(4, 1);
   layout->addLayout(row);
 
   connect(period_, &QComboBox::currentIndexChanged, this, &ListPanel::PeriodChanged);
@@ -281,6 +280,7 @@ void ListPanel::GetConnections() {
     query.tax = ReadTax(services_.dir, services_.prompter);
   }
   loadingNote_->show();
+  loadSort_ = sort_;
   loader_->Load(query, sort_);
 }
 
@@ -288,6 +288,11 @@ bool ListPanel::IsLoading() const { return loader_->IsLoading(); }
 
 void ListPanel::ShowLoaded(const ListResult& result) {
   model_->SetRows(result.rows);
+  // A header clicked while the rows were read sorts them now.
+  if (sort_.column != loadSort_.column) {
+    SortRows(model_->MutableRows(), sort_);
+    model_->RowsReordered();
+  }
   totalDuration_->setText(result.totalDuration);
   totalCost_->setText(result.totalCost);
   loadingNote_->hide();
@@ -323,6 +328,17 @@ void ListPanel::ButtonClicked(int index) {
     case kLoeschen:
       DeleteSelected();
       break;
+    case kDrucken:
+      PrintDialog(services_, Selection(), this).exec();
+      break;
+    case kExportieren:
+      if (model_->Rows().isEmpty()) {
+        services_.prompter.Message(QStringLiteral("Die Liste enthält keine Einträge."),
+                                   Prompter::Icon::Information);
+      } else {
+        ExportDialog(services_, Selection(), this).exec();
+      }
+      break;
     case kDifferenzieren:
       if (DifferenceDialog(services_, this).exec() == QDialog::Accepted) {
         GetConnections();
@@ -338,6 +354,16 @@ void ListPanel::ButtonClicked(int index) {
   }
 }
 
+ListSelection ListPanel::Selection() const {
+  ListSelection selection;
+  selection.rows = model_->Rows();
+  selection.periodItem = period_->currentText();
+  selection.filter.user = user_->currentText();
+  selection.filter.provider = provider_->currentText();
+  selection.filter.tariff = tariff_->currentText();
+  return selection;
+}
+
 void ListPanel::EditSelected() {
   const QModelIndex current = grid_->selectionModel()->currentIndex();
   const QModelIndexList selected = grid_->selectionModel()->selectedRows();
@@ -349,7 +375,7 @@ void ListPanel::EditSelected() {
   if (row < 0 || row >= model_->Rows().size()) {
     return;
   }
-  const QString file = model_->Rows().at(row).Cell(kColumnFile);
+  const QString file = model_->Rows().at(row).Cell(kColumnFile).toString();
   if (file.isEmpty()) {
     return;
   }
@@ -367,7 +393,7 @@ void ListPanel::DeleteSelected() {
   int deleted = 0;
   QStringList failed;
   for (const int row : rows) {
-    const QString file = model_->Rows().at(row).Cell(kColumnFile);
+    const QString file = model_->Rows().at(row).Cell(kColumnFile).toString();
     const QString path = services_.dir.Resolve(kRecordFolder + QLatin1Char('/') + file);
     // Into the desktop's trash where there is one, so that a wrong click
     // loses nothing; without a trash the file is deleted.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "history/ListConfig.h"
+#include "history/ListSelection.h"
 
 #include <QWidget>
 
@@ -46,6 +47,8 @@ class ListPanel : public QWidget {
   QLabel* TotalDuration() const { return totalDuration_; }
   QLabel* TotalCost() const { return totalCost_; }
   bool IsLoading() const;
+  // The rows shown, in the grid's order, with the filters they were read by.
+  ListSelection Selection() const;
 
  signals:
   // A reload has put its rows on screen.
@@ -81,6 +84,7 @@ class ListPanel : public QWidget {
   QLabel* loadingNote_ = nullptr;
   std::array<QToolButton*, 7> buttons_{};
   ListSort sort_ = SortByHeader(kColumnDatum);
+  ListSort loadSort_;  // the sort the load in flight hands its rows over in
   bool loading_ = true;
   bool net_ = false;
 };

@@ -1,0 +1,347 @@
+#include "history/ConnectionList.h"
+#include "history/ListSort.h"
+#include "history/ui/ExportDialog.h"
+#include "history/ui/PrintDialog.h"
+#include "support/FindControl.h"
+#include "support/RecordFiles.h"
+#include "support/TestServices.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QHash>
+#include <QImage>
+#include <QLineEdit>
+#include <QProcess>
+#include <QRadioButton>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
+
+#include <unistd.h>
+
+using namespace minutor;
+
+namespace {
+
+// Today is Monday 23 November 2026; `count` connections of this month.
+ListSelection WriteHistory(const test::TempDataDir& data, int count, const QString& period = "Dieser Monat") {
+  for (int i = 0; i < count; ++i) {
+    const QByteArray day = QByteArray::number(1 + i % 22).rightJustified(2, '0');
+    const QByteArray hour = QByteArray::number(i % 24).rightJustified(2, '0');
+    test::WriteRecord(data, QString::fromLatin1(day + "112026-" + hour + "0000.con"),
+                      test::RecordLines(day + ".11.2026", hour + ":00:00", "1:30:00", "1,25",
+                                        i % 2 ? "Netzwerk - Flat.tel" : "Funkwelle - Tag und Nacht.tel",
+                                        "Anna", "25000000"));
+  }
+  ListQuery query;
+  query.period = MakeListPeriod(data.dir(), period, QDate(2026, 11, 23));
+  query.waehrung = QStringLiteral("€");
+  ListSelection selection{GetConnections(data.dir(), query).rows, period, RecordFilter{}};
+  SortRows(selection.rows, SortByHeader(kColumnDatum));
+  return selection;
+}
+
+// The text of a PDF, or why it can't be read here.
+QString PdfText(const QString& pdf, int* pages = nullptr) {
+  QProcess text;
+  text.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), pdf, QStringLiteral("-")});
+  if (!text.waitForFinished(20000) || text.exitCode() != 0) {
+    return {};
+  }
+  if (pages != nullptr) {
+    QProcess info;
+    info.start(QStringLiteral("pdfinfo"), {pdf});
+    info.waitForFinished(20000);
+    const auto match = QRegularExpression(QStringLiteral("Pages:\\s+(\\d+)"))
+                           .match(QString::fromUtf8(info.readAllStandardOutput()));
+    *pages = match.hasMatch() ? match.captured(1).toInt() : 0;
+  }
+  return QString::fromUtf8(text.readAllStandardOutput());
+}
+
+// Checks the pages of a long list printed as the dialog prints it.
+void CheckPrintedList(const QString& pdf) {
+  int pages = 0;
+  const QString text = PdfText(pdf, &pages);
+  QVERIFY2(!text.isEmpty(), qPrintable(pdf));
+  QCOMPARE(pages, 2);
+  QVERIFY2(text.contains(QLatin1String("Verbindungen im November 2026")), qPrintable(text.left(600)));
+  QVERIFY(text.contains(QLatin1String("Benutzer: Alle")));
+  QVERIFY(text.contains(QLatin1String("Mo, 23.11.2026")) || text.contains(QLatin1String("Mo, 22.11.2026")) ||
+          text.contains(QLatin1String("So, 22.11.2026")));
+  QVERIFY(text.contains(QLatin1String("70 Verbindungen")));
+  QVERIFY(text.contains(QLatin1String("87,50")));
+}
+
+// A CUPS scheduler of the test's own, with a CUPS-PDF queue "PDF" as its
+// default, on a socket in a temporary folder. CUPS-PDF's backend must run
+// as root; elsewhere `reason` says why there is no queue.
+class PrivateCups {
+ public:
+  PrivateCups() {
+    if (QStandardPaths::findExecutable(QStringLiteral("cupsd"), {"/usr/sbin", "/sbin"}).isEmpty() ||
+        !QFile::exists(QStringLiteral("/usr/lib/cups/backend/cups-pdf"))) {
+      reason = QStringLiteral("cupsd or printer-driver-cups-pdf is not installed");
+      return;
+    }
+    if (geteuid() != 0) {
+      reason = QStringLiteral("the CUPS-PDF backend only runs under a scheduler started as root");
+      return;
+    }
+    const QString root = dir_.path();
+    QDir(root).mkpath(QStringLiteral("conf/ppd"));
+    for (const char* sub : {"spool/tmp", "cache", "state", "log"}) {
+      QDir(root).mkpath(QString::fromLatin1(sub));
+    }
+    QFile(root).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner |
+                               QFileDevice::ReadOther | QFileDevice::ExeOther);
+    socket_ = root + QStringLiteral("/cups.sock");
+    Write(root + QStringLiteral("/conf/cupsd.conf"),
+          "Listen " + socket_.toUtf8() +
+              "\nLogLevel warn\nPreserveJobFiles Yes\nWebInterface No\nBrowsing No\nDefaultAuthType None\n"
+              "<Location />\n  Order allow,deny\n  Allow all\n</Location>\n"
+              "<Policy default>\n  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n");
+    Write(root + QStringLiteral("/conf/cups-files.conf"),
+          ("ServerRoot " + root + "/conf\nRequestRoot " + root + "/spool\nTempDir " + root +
+           "/spool/tmp\nCacheDir " + root + "/cache\nStateDir " + root + "/state\nErrorLog " + root +
+           "/log/error_log\nAccessLog " + root + "/log/access_log\nPageLog " + root +
+           "/log/page_log\n"
+           "SystemGroup root\n")
+              .toUtf8());
+    cupsd_.setProcessChannelMode(QProcess::MergedChannels);
+    cupsd_.start(QStringLiteral("cupsd"),
+                 {"-f", "-c", root + "/conf/cupsd.conf", "-s", root + "/conf/cups-files.conf"});
+    if (!cupsd_.waitForStarted(10000) || !QTest::qWaitFor([&] { return QFile::exists(socket_); }, 10000)) {
+      reason = QStringLiteral("cupsd did not start: ") + QString::fromUtf8(cupsd_.readAll());
+      return;
+    }
+    qputenv("CUPS_SERVER", socket_.toUtf8());
+    const QString ppd = QStringLiteral("/usr/share/ppd/cups-pdf/CUPS-PDF_noopt.ppd");
+    if (!Run("lpadmin", {"-p", "PDF", "-E", "-v", "cups-pdf:/", "-P", ppd}) ||
+        !Run("lpadmin", {"-d", "PDF"})) {
+      reason = QStringLiteral("lpadmin could not add the CUPS-PDF queue");
+    }
+  }
+  ~PrivateCups() {
+    if (cupsd_.state() != QProcess::NotRunning) {
+      cupsd_.terminate();
+      cupsd_.waitForFinished(10000);
+    }
+  }
+
+  // Where CUPS-PDF puts the PDFs of this user's jobs.
+  static QString OutputFolder() {
+    QString out = QStringLiteral("${HOME}/PDF");
+    QFile conf(QStringLiteral("/etc/cups/cups-pdf.conf"));
+    if (conf.open(QIODevice::ReadOnly)) {
+      for (const QByteArray& line : conf.readAll().split('\n')) {
+        if (line.startsWith("Out ")) {
+          out = QString::fromUtf8(line.mid(4).trimmed());
+        }
+      }
+    }
+    return out.replace(QLatin1String("${HOME}"), QDir::homePath());
+  }
+
+  QString Spool() const { return dir_.filePath(QStringLiteral("spool")); }
+
+  QString reason;
+
+ private:
+  static void Write(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.write(bytes);
+  }
+  static bool Run(const char* program, const QStringList& args) {
+    QProcess process;
+    process.start(QString::fromLatin1(program), args);
+    return process.waitForFinished(20000) && process.exitCode() == 0;
+  }
+
+  QTemporaryDir dir_{QStringLiteral("/tmp/minutor-cups-XXXXXX")};
+  QString socket_;
+  QProcess cupsd_;
+};
+
+PrivateCups* cups = nullptr;
+
+}  // namespace
+
+class TestListOutput : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void exportDialogAsksWritesAndTells() {
+    test::TestServices t;
+    QTemporaryDir out;
+    ListSelection selection = WriteHistory(t.data, 3);
+    const QString taken = out.filePath(QStringLiteral("alt.htm"));
+    QFile(taken).open(QIODevice::WriteOnly);
+    // An existing file: "No" asks for another name, which gets no extension.
+    t.prompter.fileNames = {taken, out.filePath(QStringLiteral("liste"))};
+    t.prompter.answers = {Prompter::Answer::No, Prompter::Answer::Yes};
+    ExportDialog dialog(t.services, selection);
+    dialog.Export(ExportDialog::Format::Html);
+    QCOMPARE(t.prompter.messages.at(1),
+             QStringLiteral("Die Datei existiert bereits. Wollen Sie sie überschreiben?"));
+    QVERIFY(t.prompter.messages.at(3).startsWith(QStringLiteral("Wollen Sie das Monatsdiagramme")));
+    QCOMPARE(t.prompter.messages.last(), QStringLiteral("Die HTML Datei wurde erfolgreich erstellt."));
+    QVERIFY(QFile(out.filePath(QStringLiteral("liste"))).size() > 0);
+    QVERIFY(!QImage(out.filePath(QStringLiteral("liste1.bmp"))).isNull());
+    QVERIFY(!QImage(out.filePath(QStringLiteral("liste2.bmp"))).isNull());
+
+    // A folder that can't be written: our own message, nothing left behind.
+    t.prompter.messages.clear();
+    t.prompter.fileNames = {out.filePath(QStringLiteral("alt.htm/liste.txt"))};
+    ExportDialog(t.services, selection).Export(ExportDialog::Format::Text);
+    QCOMPARE(t.prompter.icons.last(), Prompter::Icon::Warning);
+    QVERIFY(t.prompter.messages.last().contains(QLatin1String("konnte nicht geschrieben werden")));
+
+    // A cancelled name writes nothing and says nothing; an empty list never
+    // asks for a name.
+    t.prompter.messages.clear();
+    ExportDialog(t.services, selection).Export(ExportDialog::Format::Text);
+    QCOMPARE(t.prompter.messages.size(), 1);
+    selection.rows.clear();
+    ExportDialog(t.services, selection).Export(ExportDialog::Format::Text);
+    QCOMPARE(t.prompter.messages.last(), QStringLiteral("Die Liste enthält keine Einträge."));
+  }
+
+  void printDialogControlsAndPdfFile() {
+    test::TestServices t;
+    QTemporaryDir out;
+    PrintDialog dialog(t.services, WriteHistory(t.data, 70));
+    auto* printers = test::Find<QComboBox>(dialog, QStringLiteral("Combo1"));
+    QCOMPARE(printers->itemText(0), PrintDialog::PdfEntry());
+    test::Find<QLineEdit>(dialog, QStringLiteral("Text1"))->setText(QStringLiteral("zwei"));
+    QCOMPARE(dialog.Copies(), 1);
+    auto* classes = test::Find<QCheckBox>(dialog, QStringLiteral("Check3"));
+    classes->setChecked(true);
+    test::Find<QRadioButton>(dialog, QStringLiteral("Option5"))->setChecked(true);
+    QVERIFY(!classes->isEnabled() && !classes->isChecked());
+
+    printers->setCurrentIndex(0);
+    t.prompter.fileNames = {out.filePath(QStringLiteral("liste.pdf"))};
+    QVERIFY(dialog.Drucken());
+    if (QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty()) {
+      QSKIP("pdftotext (poppler-utils) is not installed: the PDF was written but can't be read back");
+    }
+    CheckPrintedList(out.filePath(QStringLiteral("liste.pdf")));
+
+    // A queue gone since the dialog opened, and none chosen at all.
+    printers->addItem(QStringLiteral("Verschwunden"));
+    printers->setCurrentIndex(printers->count() - 1);
+    QVERIFY(!dialog.Drucken());
+    QVERIFY(t.prompter.messages.last().contains(QLatin1String("Verschwunden")));
+    printers->setCurrentIndex(-1);
+    QVERIFY(!dialog.Drucken());
+    QCOMPARE(t.prompter.messages.last(), QStringLiteral("Kein Drucker ausgewählt"));
+  }
+
+  void printsOnARealQueue() {
+    if (!cups->reason.isEmpty()) {
+      QSKIP(qPrintable(cups->reason));
+    }
+    if (QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty()) {
+      QSKIP("pdftotext (poppler-utils) is not installed");
+    }
+    test::TestServices t;
+    PrintDialog dialog(t.services, WriteHistory(t.data, 70));
+    QCOMPARE(test::Find<QComboBox>(dialog, QStringLiteral("Combo1"))->currentText(), QStringLiteral("PDF"));
+    const QDateTime before = QDateTime::currentDateTime().addSecs(-1);
+    QVERIFY(dialog.Drucken());
+    // CUPS-PDF names the file after the job's title.
+    QString pdf;
+    QVERIFY2(
+        QTest::qWaitFor(
+            [&] {
+              const QFileInfoList files =
+                  QDir(PrivateCups::OutputFolder())
+                      .entryInfoList({QStringLiteral("Verbindungen*.pdf")}, QDir::Files, QDir::Time);
+              if (!files.isEmpty() && files.first().lastModified() >= before && files.first().size() > 0) {
+                pdf = files.first().absoluteFilePath();
+              }
+              return !pdf.isEmpty();
+            },
+            60000),
+        "no PDF came out of the CUPS-PDF queue");
+    QTest::qWait(500);  // the backend may still be closing the file
+    // CUPS-PDF sends the job through PostScript, which keeps the pages but
+    // not the text's characters: the pages are counted on what came out, the
+    // text is read from the job as the queue received it.
+    int pages = 0;
+    PdfText(pdf, &pages);
+    QCOMPARE(pages, 2);
+    const QFileInfoList jobs =
+        QDir(cups->Spool()).entryInfoList({QStringLiteral("d*-001")}, QDir::Files, QDir::Time);
+    QVERIFY(!jobs.isEmpty());
+    CheckPrintedList(jobs.first().absoluteFilePath());
+    QFile::remove(pdf);
+  }
+
+  void browserShowsTheExportedCharts() {
+    const QString chromium = QStandardPaths::findExecutable(QStringLiteral("chromium"));
+    if (chromium.isEmpty()) {
+      QSKIP("chromium is not installed");
+    }
+    test::TestServices t;
+    t.prompter.fileNames = {t.data.path(QStringLiteral("web/liste.htm"))};
+    t.prompter.answers = {Prompter::Answer::Yes};
+    QDir().mkpath(t.data.path(QStringLiteral("web")));
+    ExportDialog(t.services, WriteHistory(t.data, 30)).Export(ExportDialog::Format::Html);
+    const QString shot = t.data.path(QStringLiteral("shot.png"));
+    QProcess browser;
+    browser.start(chromium,
+                  {"--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
+                   "--disable-background-networking", "--disable-component-update", "--disable-sync",
+                   "--user-data-dir=" + t.data.path(QStringLiteral("chromium")), "--screenshot=" + shot,
+                   "--window-size=1000,800",
+                   QUrl::fromLocalFile(t.data.path(QStringLiteral("web/liste.htm"))).toString()});
+    QVERIFY(browser.waitForFinished(120000));
+    const QImage page(shot);
+    QVERIFY2(!page.isNull(), browser.readAllStandardError().right(2000).constData());
+    // The bars' colour, taken from the duration chart's picture, fills a good
+    // part of each half of the page where the pictures stand.
+    const QImage chart(t.data.path(QStringLiteral("web/liste1.bmp")));
+    QVERIFY(!chart.isNull());
+    QHash<QRgb, int> counts;
+    for (int y = 0; y < chart.height(); ++y) {
+      for (int x = 0; x < chart.width(); ++x) {
+        ++counts[chart.pixel(x, y)];
+      }
+    }
+    counts.remove(qRgb(255, 255, 255));
+    QRgb bar = 0;
+    for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
+      if (bar == 0 || it.value() > counts.value(bar)) {
+        bar = it.key();
+      }
+    }
+    for (const int half : {0, 1}) {
+      int found = 0;
+      for (int y = 0; y < std::min(page.height(), 450); ++y) {
+        for (int x = half * page.width() / 2; x < (half + 1) * page.width() / 2; ++x) {
+          found += page.pixel(x, y) == bar ? 1 : 0;
+        }
+      }
+      QVERIFY2(found > 1000, qPrintable(QStringLiteral("chart %1: %2 bar pixels").arg(half + 1).arg(found)));
+    }
+  }
+};
+
+int main(int argc, char** argv) {
+  // The queue must be known before Qt's print support asks CUPS for its
+  // printers.
+  PrivateCups privateCups;
+  cups = &privateCups;
+  QApplication app(argc, argv);
+  TestListOutput test;
+  return QTest::qExec(&test, argc, argv);
+}
+#include "test_list_output.moc"
