@@ -66,12 +66,19 @@ void OverviewPanel::BuildControls() {
   lblOverview10_ = new QLabel(einwahl);
   lblOverview10_->setObjectName(QStringLiteral("lblOverview(10)"));
   auto* einwahlGrid = new QGridLayout(einwahl);
+  // The button stands beside the entry box; the box gives up its width to it
+  // and shows long entry names cut.
+  comDFUe_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  comDFUe_->setMinimumContentsLength(3);
   einwahlGrid->addWidget(Caption(QStringLiteral("DFÜ Eintrag:"), einwahl), 0, 0);
-  // The button's caption is long: it stands under the entry box.
   einwahlGrid->addWidget(comDFUe_, 0, 1);
-  einwahlGrid->addWidget(Command1_, 1, 1);
-  einwahlGrid->addWidget(Caption(QStringLiteral("Aktuell günstigster Eintrag:"), einwahl), 2, 0);
-  einwahlGrid->addWidget(lblOverview10_, 2, 1);
+  einwahlGrid->addWidget(Command1_, 0, 2);
+  // A long text of the cheapest entry shows cut; its tooltip holds it whole.
+  lblOverview10_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  auto* cheapestRow = new QHBoxLayout;
+  cheapestRow->addWidget(Caption(QStringLiteral("Aktuell günstigster Eintrag:"), einwahl));
+  cheapestRow->addWidget(lblOverview10_, 1);
+  einwahlGrid->addLayout(cheapestRow, 1, 0, 1, 3);
   einwahlGrid->setColumnStretch(1, 1);
 
   auto* tarif = new QGroupBox(QStringLiteral("Tarif"), this);
@@ -97,20 +104,28 @@ void OverviewPanel::BuildControls() {
   lblOverview9_->setObjectName(QStringLiteral("lblOverview(9)"));
 
   auto* tarifGrid = new QGridLayout(tarif);
-  tarifGrid->addWidget(Caption(QStringLiteral("Anbieter:"), tarif), 0, 0);
-  tarifGrid->addWidget(comAnbieter_, 0, 1, 1, 2);
-  tarifGrid->addWidget(Caption(QStringLiteral("Tarif:"), tarif), 1, 0);
-  tarifGrid->addWidget(comTarif_, 1, 1, 1, 2);
-  tarifGrid->addWidget(Caption(QStringLiteral("Aktueller Preis:"), tarif), 2, 0);
-  tarifGrid->addWidget(lblOverview0_, 2, 1, 1, 2);
+  // Provider and tariff share a row; a long tariff name shows cut in the box
+  // and whole in its opened list.
+  for (QComboBox* combo : {comAnbieter_, comTarif_}) {
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    combo->setMinimumContentsLength(6);
+  }
+  auto* choiceRow = new QHBoxLayout;
+  choiceRow->addWidget(Caption(QStringLiteral("Anbieter:"), tarif));
+  choiceRow->addWidget(comAnbieter_, 2);
+  choiceRow->addWidget(Caption(QStringLiteral("Tarif:"), tarif));
+  choiceRow->addWidget(comTarif_, 3);
+  tarifGrid->addLayout(choiceRow, 0, 0, 1, 3);
+  tarifGrid->addWidget(Caption(QStringLiteral("Aktueller Preis:"), tarif), 1, 0);
+  tarifGrid->addWidget(lblOverview0_, 1, 1, 1, 2);
   // The allowance, its bar and its share stand in one row, so that the
   // panel keeps room for the budget at any font size.
   auto* allowanceRow = new QHBoxLayout;
   allowanceRow->addWidget(lblOverview1_);
   allowanceRow->addWidget(barOverview1_, 1);
   allowanceRow->addWidget(lblOverview9_);
-  tarifGrid->addWidget(Label1_36_, 3, 0);
-  tarifGrid->addLayout(allowanceRow, 3, 1, 1, 2);
+  tarifGrid->addWidget(Label1_36_, 2, 0);
+  tarifGrid->addLayout(allowanceRow, 2, 1, 1, 2);
   tarifGrid->setColumnStretch(1, 1);
 
   auto* benutzer = new QGroupBox(QStringLiteral("Benutzer und Budget"), this);
@@ -119,10 +134,17 @@ void OverviewPanel::BuildControls() {
   lblPeriod_ = new QLabel(benutzer);
   lblPeriod_->setObjectName(QStringLiteral("lblZeitraum"));
   auto* benutzerGrid = new QGridLayout(benutzer);
-  benutzerGrid->addWidget(Caption(QStringLiteral("Benutzer:"), benutzer), 0, 0);
+  // The user and the defined period share the first row, whatever the width
+  // of the captions below.
+  comOverviewUser_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  comOverviewUser_->setMinimumContentsLength(6);
   comOverviewUser_->setMinimumWidth(90);
-  benutzerGrid->addWidget(comOverviewUser_, 0, 1);
-  benutzerGrid->addWidget(lblPeriod_, 0, 2, 1, 2, Qt::AlignRight);
+  auto* userRow = new QHBoxLayout;
+  userRow->addWidget(Caption(QStringLiteral("Benutzer:"), benutzer));
+  userRow->addWidget(comOverviewUser_);
+  userRow->addStretch(1);
+  userRow->addWidget(lblPeriod_);
+  benutzerGrid->addLayout(userRow, 0, 0, 1, 4);
   const char* budgetCaptions[3] = {"Heute:", "Dieser Monat:", "Definierter Zeitraum:"};
   for (int i = 0; i < 3; ++i) {
     const auto k = static_cast<std::size_t>(i);
@@ -159,7 +181,7 @@ void OverviewPanel::BuildControls() {
   switches->addWidget(cmdStart_, 0, 2, Qt::AlignRight);
   switches->addWidget(chkKanalbuendelung_, 1, 0, 1, 3);
   switches->setColumnStretch(2, 1);
-  switches->setVerticalSpacing(2);
+  switches->setVerticalSpacing(0);
 
   auto* notizen = new QGroupBox(QStringLiteral("Notizen"), this);
   Notiz_ = new QPlainTextEdit(notizen);
@@ -173,15 +195,18 @@ void OverviewPanel::BuildControls() {
 
   // The frame gives the panel about 470 x 400 pixels; the groups keep tight.
   for (QGroupBox* group : {einwahl, tarif, benutzer, notizen}) {
-    group->layout()->setContentsMargins(6, 4, 6, 4);
-    group->layout()->setSpacing(4);
+    group->layout()->setContentsMargins(4, 2, 4, 2);
+    group->layout()->setSpacing(2);
+    if (auto* grid = qobject_cast<QGridLayout*>(group->layout())) {
+      grid->setHorizontalSpacing(4);
+    }
   }
   for (QGroupBox* group : {einwahl, tarif, benutzer}) {
     group->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   }
   auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(4, 4, 4, 4);
-  layout->setSpacing(4);
+  layout->setContentsMargins(4, 2, 4, 2);
+  layout->setSpacing(2);
   layout->addWidget(einwahl);
   layout->addWidget(tarif);
   layout->addWidget(benutzer);
@@ -241,6 +266,7 @@ void OverviewPanel::ShowSelection() {
   const AppState& state = services_.state;
   ShowList(comDFUe_, selection_.Entries(), selection_.EntryIndex());
   lblOverview10_->setText(selection_.CheapestText());
+  lblOverview10_->setToolTip(selection_.CheapestText());
   ShowList(comAnbieter_, selection_.Providers(), selection_.ProviderIndex());
   QStringList labels;
   for (const TarifEintrag& tarif : selection_.Tariffs()) {

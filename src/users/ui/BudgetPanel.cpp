@@ -15,6 +15,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -75,20 +76,30 @@ void BudgetPanel::BuildControls() {
   comBudgetTon_ = new QComboBox(this);
   comBudgetTon_->setObjectName(QStringLiteral("comBudgetTon"));
 
+  // The user and the warning sound share a row, so that the panel needs no
+  // scrolling at larger fonts either.
+  for (QComboBox* combo : {comBudgetUser_, comBudgetTon_}) {
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    combo->setMinimumContentsLength(8);
+  }
   auto* top = new QGridLayout;
+  top->setVerticalSpacing(2);
   top->addWidget(userCaption_, 0, 0);
   top->addWidget(comBudgetUser_, 0, 1);
-  top->addWidget(chkBudget_[0], 1, 0, 1, 2);
+  top->addWidget(new QLabel(QStringLiteral("Warnton:"), this), 0, 2);
+  top->addWidget(comBudgetTon_, 0, 3);
+  top->addWidget(chkBudget_[0], 1, 0, 1, 4);
   top->addWidget(new QLabel(QStringLiteral("Alarmierung:"), this), 2, 0);
-  top->addWidget(chkBudget_[1], 2, 1);
-  top->addWidget(chkBudget_[2], 3, 1);
-  top->addWidget(new QLabel(QStringLiteral("Warnton:"), this), 4, 0);
-  top->addWidget(comBudgetTon_, 4, 1);
+  top->addWidget(chkBudget_[1], 2, 1, 1, 3);
+  // The longest caption takes the whole width.
+  top->addWidget(chkBudget_[2], 3, 0, 1, 4);
   top->setColumnStretch(1, 1);
+  top->setColumnStretch(3, 1);
 
   auto* amounts = new QGroupBox(QStringLiteral("Beträge einstellen:"), this);
   auto* grid = new QGridLayout(amounts);
   grid->setVerticalSpacing(2);
+  grid->setContentsMargins(6, 2, 6, 4);
   const char* rows[3] = {"Am Tag", "Im Monat", "Im u.g. Zeitraum"};
   for (int i = 0; i < 5; ++i) {
     txtBudget_[static_cast<std::size_t>(i)] = new QLineEdit(amounts);
@@ -141,9 +152,10 @@ void BudgetPanel::BuildControls() {
     });
   }
 
+  // The three rests stand side by side in one row.
   auto* current = new QGroupBox(QStringLiteral("Aktuell:"), this);
-  auto* restGrid = new QGridLayout(current);
-  restGrid->setVerticalSpacing(2);
+  auto* restRow = new QHBoxLayout(current);
+  restRow->setContentsMargins(6, 2, 6, 4);
   const char* restCaptions[3] = {"Tag:", "Monat:", "Definiert:"};
   const char* restNames[3] = {"lblRestTag", "lblRestMonat", "lblRestDefiniert"};
   for (int i = 0; i < 3; ++i) {
@@ -154,14 +166,15 @@ void BudgetPanel::BuildControls() {
     barRest_[k]->setRange(0, 100);
     barRest_[k]->setTextVisible(false);
     barRest_[k]->setMaximumHeight(12);
-    restGrid->addWidget(new QLabel(QString::fromUtf8(restCaptions[i]), current), i, 0);
-    restGrid->addWidget(lblRest_[k], i, 1);
-    restGrid->addWidget(barRest_[k], i, 2);
+    barRest_[k]->setMinimumWidth(30);
+    restRow->addWidget(new QLabel(QString::fromUtf8(restCaptions[i]), current));
+    restRow->addWidget(lblRest_[k]);
+    restRow->addWidget(barRest_[k], 1);
   }
-  restGrid->setColumnStretch(2, 1);
 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(6, 4, 6, 4);
+  layout->setSpacing(2);
   layout->addWidget(title);
   layout->addWidget(help);
   layout->addLayout(top);

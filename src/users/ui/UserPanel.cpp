@@ -91,19 +91,24 @@ void UserPanel::BuildControls() {
   txtUserPassword_->setObjectName(QStringLiteral("txtUserPassword"));
   txtUserPassword_->setEchoMode(QLineEdit::Password);
 
+  // Two rows: the buttons stand at the right of the user and the password.
+  comUser_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  comUser_->setMinimumContentsLength(8);
   auto* top = new QGridLayout;
+  top->setVerticalSpacing(2);
   top->addWidget(new QLabel(QStringLiteral("Benutzer:"), this), 0, 0);
   top->addWidget(comUser_, 0, 1, 1, 2);
-  top->addWidget(add, 1, 1);
-  top->addWidget(remove, 1, 2);
-  top->addWidget(new QLabel(QStringLiteral("Passwort:"), this), 2, 0);
-  top->addWidget(txtUserPassword_, 2, 1);
-  top->addWidget(new QLabel(QStringLiteral("(Optional)"), this), 2, 2);
+  top->addWidget(add, 0, 3);
+  top->addWidget(new QLabel(QStringLiteral("Passwort:"), this), 1, 0);
+  top->addWidget(txtUserPassword_, 1, 1);
+  top->addWidget(new QLabel(QStringLiteral("(Optional)"), this), 1, 2);
+  top->addWidget(remove, 1, 3);
   top->setColumnStretch(1, 1);
 
   auto* rights = new QGroupBox(QStringLiteral("Zugriffssteuerung:"), this);
   auto* rightsLayout = new QVBoxLayout(rights);
-  rightsLayout->setSpacing(2);
+  rightsLayout->setSpacing(0);
+  rightsLayout->setContentsMargins(6, 2, 6, 2);
   for (int i = 0; i < 9; ++i) {
     chkUser_[static_cast<std::size_t>(i)] = new QCheckBox(QString::fromUtf8(kCaptions[i]), rights);
     chkUser_[static_cast<std::size_t>(i)]->setObjectName(QStringLiteral("chkUser(%1)").arg(i));
@@ -111,9 +116,10 @@ void UserPanel::BuildControls() {
   for (int i : {0, 1, 2, 6, 3, 5}) {
     rightsLayout->addWidget(chkUser_[static_cast<std::size_t>(i)]);
   }
-  rightsLayout->addWidget(new QLabel(QStringLiteral("Bei diesen Optionen wird die Verbindung automatisch "
-                                                    "getrennt."),
-                                     rights));
+  auto* cutNote =
+      new QLabel(QStringLiteral("Bei diesen Optionen wird die Verbindung automatisch getrennt."), rights);
+  cutNote->setWordWrap(true);
+  rightsLayout->addWidget(cutNote);
   // The minutes fields stand inside the captions of their boxes.
   auto limitRow = [&](int box, QLineEdit*& field, const char* name, const char* unit) {
     field = new QLineEdit(rights);
@@ -134,13 +140,19 @@ void UserPanel::BuildControls() {
   help->setObjectName(QStringLiteral("lblHilfe"));
   help->setFlat(true);
 
+  // The explanations are offered in the title's row.
+  auto* heading = new QHBoxLayout;
+  heading->addWidget(title);
+  heading->addStretch(1);
+  heading->addWidget(help);
+
   auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(6, 4, 6, 4);
-  layout->addWidget(title);
+  layout->setContentsMargins(6, 2, 6, 2);
+  layout->setSpacing(3);
+  layout->addLayout(heading);
   layout->addWidget(intro);
   layout->addLayout(top);
   layout->addWidget(rights);
-  layout->addWidget(help, 0, Qt::AlignLeft);
   layout->addStretch(1);
 
   connect(comUser_, &QComboBox::activated, this, &UserPanel::OnUserChosen);
