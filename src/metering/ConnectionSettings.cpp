@@ -4,14 +4,12 @@
 #include "frame/datadir/ClockText.h"
 #include "frame/datadir/DataDir.h"
 #include "frame/datadir/NumberText.h"
-
-#include <algorithm>
+#include "online/UpdateFiles.h"
 
 namespace minutor {
 
 namespace {
 
-const QString kAutoupdate = QStringLiteral("Config/Autoupdate.cfg");
 const QString kUpdate = QStringLiteral("Config/Update.cfg");
 const QString kTimesync = QStringLiteral("Config/Timesync.cfg");
 const QString kSmallwindow = QStringLiteral("Config/Smallwindow.cfg");
@@ -30,10 +28,11 @@ void WriteBox(const DataDir& dir, const QString& file, bool on) {
 }  // namespace
 
 bool LoadAutoupdateState(const DataDir& dir, const QDate& today) {
-  if (!FirstLineIsOne(dir, kAutoupdate)) {
+  const AutoupdateSettings settings = ReadAutoupdateSettings(dir);
+  if (!settings.on) {
     return false;
   }
-  const double days = std::max(7.0, std::min(255.0, LeadingNumber(Line(dir, kAutoupdate, 1))));
+  const int days = settings.days;
   if (!dir.FileExists(kUpdate)) {
     return true;
   }

@@ -1,0 +1,79 @@
+#include "support/TempDataDir.h"
+#include "tariffs/Catalogue.h"
+#include "tariffs/EditorRules.h"
+
+#include <QTest>
+
+using namespace minutor;
+
+class TestTariffCatalogue : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void editorFieldsAreCleanedUp() {
+    const QList<std::pair<QString, QString>> takt{
+        {"60", "60 / 60"},   {"1", "1 / 60"},          {"0", "60 / 60"},  {"30/0", "30 / 60"},
+        {"0/10", "60 / 60"}, {"60,5 / 1.9", "60 / 1"}, {"abc", "60 / 60"}};
+    for (const auto& [typed, cleaned] : takt) {
+      QCOMPARE(BereinigeTakt(typed), cleaned);
+    }
+    QCOMPARE(BereinigeBetrag(u"0,12"), QStringLiteral("0,12"));
+    QCOMPARE(BereinigeBetrag(u"x"), QStringLiteral("0"));
+    QCOMPARE(BereinigeGanzzahl(u"7,9 Uhr"), QStringLiteral("7"));
+  }
+
+  void zonesGoThroughTheListUnchanged() {
+    const QString eintrag = ZonenEintrag(8, 18, BereinigeBetrag(u"0,12"), false);
+    QCOMPARE(eintrag, QStringLiteral("Von: 08 Bis: 18 Kosten: 0,12 Werktag"));
+    QCOMPARE(ZoneAusEintrag(eintrag), (Tarifzone{8, 18, 12.0f, false}));
+    QCOMPARE(ZoneAusEintrag(ZonenEintrag(0, 0, "1.5", true)), (Tarifzone{0, 0, 150.0f, true}));
+  }
+
+  void saveRefusals() {
+    const QString names = QStringLiteral(
+        "Der Anbieter- und Tarifname ist unvollständig oder enthält ungültige Zeichen. Beide Felder dürfen "
+        "250 "
+        "Zeichen nicht überschreiten.");
+    const QString weekend = TarifFehler("A", "B", {"Von: 08 Bis: 18 Kosten: 1 Werktag"}, false);
+    QVERIFY(weekend.startsWith("Es ist kein Tarif für das Wochenende angegeben."));
+    QCOMPARE(TarifFehler("", "B", {}, false), names);
+    QCOMPARE(TarifFehler("A/B", "B", {}, false), names);
+    QCOMPARE(TarifFehler(QString(300, 'x'), "B", {}, false), names);
+    // A comma passes, weekend zones alone pass, volume tariffs have no zones to check.
+    QCOMPARE(TarifFehler("A, B", "B", {"Von: 00 Bis: 00 Kosten: 1 Wochenende"}, false), QString());
+    QCOMPARE(TarifFehler("A", "B", {"Von: 08 Bis: 18 Kosten: 1 Werktag"}, true), QString());
+    QCOMPARE(TarifFehler("A", "B", {}, false), QString());
+  }
+
+  void catalogueTreeAndDetails() {
+    test::TempDataDir data;
+    data.write("Tarife/Foo Net - X.atl", "Name:X\r\n");
+    data.write("Tarife/Foo - B.atl", "Name:B\r\n");
+    data.write("Tarife/Foo - A.tel",
+               "Grundgeb\374hr:4,5\r\nVolumenabrechnung:Ja\r\nVolumenkosten:150\r\nVolumeneinheit:10\r\n"
+               "Volumengrenze:0\r\nTakt:60/1\r\nRegion:bundesweit\r\nGespr\344chsgrundgeb\374hr:12\r\n");
+    data.write("Tarife/loose.tel", "");
+    const QList<KatalogAnbieter> katalog = GetKatalog(data.dir());
+    QCOMPARE(katalog.size(), 2);
+    QCOMPARE(katalog[0].name, QStringLiteral("Foo"));
+    QCOMPARE(katalog[0].tel, QStringList{"Foo - A.tel"});
+    QCOMPARE(katalog[0].atl, (QStringList{"Foo - B.atl", "Foo Net - X.atl"}));
+    QCOMPARE(katalog[1].atl, QStringList{"Foo Net - X.atl"});
+
+    const auto d = GetKatalogDetails(data.dir(), "Foo - A.tel", QDateTime::currentDateTime(), false, "€");
+    QVERIFY(d);
+    QCOMPARE(d->preisCaption, QStringLiteral("Kosten/Tkt (jetzt):"));
+    QCOMPARE(d->preis, QStringLiteral("1,5000 €"));
+    QCOMPARE(d->taktung, QStringLiteral("10 MB"));
+    QCOMPARE(d->freiCaption, QStringLiteral("Freitransfer:"));
+    QCOMPARE(d->frei, QStringLiteral("unbegrenzt"));
+    QCOMPARE(d->grundgebuehr, QStringLiteral("4,50 €"));
+    QCOMPARE(d->gespraechsgebuehr, QStringLiteral("0,120 €"));
+    QCOMPARE(d->verfuegbarkeit, QStringLiteral("bundesweit"));
+    QVERIFY(!GetKatalogDetails(data.dir(), "Foo - Gone.tel", QDateTime::currentDateTime(), false, "€"));
+    QCOMPARE(DoubleFirstAmpersand("A&B&C"), QStringLiteral("A&&B&C"));
+  }
+};
+
+QTEST_GUILESS_MAIN(TestTariffCatalogue)
+#include "test_tariff_catalogue.moc"
