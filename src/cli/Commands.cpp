@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 
 #include "cli/ChartCommands.h"
+#include "cli/CompareCommands.h"
 #include "cli/HistoryCommands.h"
 #include "cli/UpdateCommands.h"
 #include "desk/FreeAllowance.h"
@@ -59,6 +60,9 @@ const char* const kUsageText =
     "                              a month's chart: the day values or the pie's counts, or the picture\n"
     "  report [--period ITEM] [--user U] [--today YYYY-MM-DD]\n"
     "                              the analysis: its eleven sentences and three totals\n"
+    "  compare [--period ITEM] [--user U] [--today YYYY-MM-DD]\n"
+    "                              the analysis' connections priced under every tariff: FILE<TAB>COST a\n"
+    "                              line, cheapest first, then Tatsächlich<TAB>COST\n"
     "  update index DIR [--revision N]\n"
     "                              writes DIR/update.txt for an update server: each folder DIR/tel/0001,\n"
     "                              DIR/tel/0002, ... is a batch of that number holding its .atl tariffs\n"
@@ -390,6 +394,9 @@ int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* 
   }
   if (args.value(0) == QLatin1String("chart") || args.value(0) == QLatin1String("report")) {
     return RunChartCommand(DataDir(dataDir), args, out, err);
+  }
+  if (args.value(0) == QLatin1String("compare")) {
+    return CompareCommand(DataDir(dataDir), args.mid(1), out, err);
   }
   if (!args.isEmpty() && args.first() == QLatin1String("list")) {
     return ListCommand(DataDir(dataDir), args.mid(1), out, err);
