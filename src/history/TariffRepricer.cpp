@@ -8,6 +8,7 @@
 #include "tariffs/TariffPeeks.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace minutor {
 
@@ -105,18 +106,17 @@ RepricedConnection TariffRepricer::TimeCost(const PastConnection& connection, co
   const qint64 step = std::max<qint64>(1, RoundToInt16(takt_));
   qint64 tick = std::max<qint64>(1, qint64{ersttakt_} + 1);
 
-  // Units charged while free time is left go to the shadow cost; free time
-  // is left while the remaining time, less the duration, isn't negative.
-  auto freeLeft = [&](qint64 t) {
-    return !ZeitDifferenz(restfrei, DauerText(t)).startsWith(QLatin1Char('-'));
-  };
+  // Units charged while free time is left go to the shadow cost. Free time
+  // is left while ZeitDifferenz(restfrei, duration) isn't negative, that is
+  // while the remaining seconds less the duration round to 0 or more.
   qint64 lastFree = 0;
   if (restfrei != kNoAllowance) {
+    const double rest = ClockTextSeconds(restfrei);
     qint64 low = 1;
     qint64 high = ticks;
     while (low <= high) {
       const qint64 middle = low + (high - low) / 2;
-      if (freeLeft(middle)) {
+      if (std::llround(rest - static_cast<double>(middle)) >= 0) {
         lastFree = middle;
         low = middle + 1;
       } else {
