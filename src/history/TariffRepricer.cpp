@@ -96,7 +96,7 @@ RepricedConnection TariffRepricer::TimeCost(const PastConnection& connection, co
   // first tick prices the hour afresh, except in hour 0, where the meter's
   // last hour already matches.
   RepricedConnection result;
-  result.kosten = 1.0f * UnitCost(ToSingle(startPrice), takt_) + fee_;
+  result.kosten = UnitCost(ToSingle(startPrice), takt_) + fee_;
   const float firstHourPrice = connection.start.time().hour() == 0 ? UnitCost(ToSingle(startPrice), takt_)
                                                                    : UnitCost(startPrice, takt_);
 
@@ -138,7 +138,7 @@ RepricedConnection TariffRepricer::TimeCost(const PastConnection& connection, co
         moment.date() == connection.start.date() && time.hour() == connection.start.time().hour();
     const float price = firstHour ? firstHourPrice : UnitCost(PriceAt(moment.addSecs(-intoHour)), takt_);
     for (; tick <= lastOfHour; tick += step) {
-      result.kosten = 1.0f * price + result.kosten;
+      result.kosten = price + result.kosten;
     }
   }
   result.amount = lastFree >= ticks ? 0 : RecordAmount(result.kosten);
@@ -148,7 +148,7 @@ RepricedConnection TariffRepricer::TimeCost(const PastConnection& connection, co
 RepricedConnection TariffRepricer::VolumeCost(const PastConnection& connection, const QString& restfrei) {
   const qint64 ticks = std::max<qint64>(1, connection.seconds);
   RepricedConnection result;
-  result.kosten = 1.0f * fee_;
+  result.kosten = fee_;
   if (takt_ <= 0 || connection.bytes <= 0) {
     // A flat rate: the cost label is never set, and the carry-over is lost.
     carry_ = 0;
