@@ -170,7 +170,7 @@ void TariffComparisonView::Show(const TariffComparison& comparison) {
       difference = 0;
     }
     const QString sign = difference > 0 ? QStringLiteral("+") : QString();
-    tblVergleich_->setItem(row, 0, Cell(tariff.file.chopped(4), false));
+    tblVergleich_->setItem(row, 0, Cell(tariff.file, false));
     tblVergleich_->setItem(row, 1, Cell(FixedText(tariff.cost, 2) + waehrung, true));
     tblVergleich_->setItem(row, 2, Cell(sign + FixedText(difference, 2) + waehrung, true));
   }

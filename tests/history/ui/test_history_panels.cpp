@@ -147,8 +147,8 @@ class TestHistoryPanels : public QObject {
     const QStringList rows = {table->item(0, 0)->text(), table->item(0, 1)->text(),
                               table->item(0, 2)->text(), table->item(1, 0)->text(),
                               table->item(1, 1)->text(), table->item(1, 2)->text()};
-    QCOMPARE(rows,
-             (QStringList{"Netz - Volumen", "0,10 €", "-1,90 €", "Funk - Minute", "3,66 €", "+1,66 €"}));
+    QCOMPARE(rows, (QStringList{"Netz - Volumen.atl", "0,10 €", "-1,90 €", "Funk - Minute.tel", "3,66 €",
+                                "+1,66 €"}));
 
     // Another user: the table of the former choice goes.
     auto* user = panel.findChild<QComboBox*>(QStringLiteral("comUser"));
