@@ -5,8 +5,10 @@ set -euo pipefail
 packages=(
   cmake ninja-build g++ pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins qt6-translations-l10n libgl-dev
+  libqt6svg6 appstream  # Qt's SVG image and icon plugins; appstreamcli for the metainfo test
   xvfb xauth fonts-dejavu-core
   dbus python3 python3-dbusmock libglib2.0-bin iproute2
+  libpulse-dev pulseaudio pulseaudio-utils
 )
 
 missing=()

@@ -90,7 +90,8 @@ int main(int argc, char* argv[]) {
   QTemporaryDir temp;
   const DataDir dir(temp.path());
   dir.WriteLines(QStringLiteral("Config/Overview.cfg"),
-                 {"", "Supervisor", "Funkwelle", "Funkwelle - Tag und Nacht.tel"});
+                 {"", "Supervisor", "Mobilnetz Plus", "M - Freiminuten 100"});
+  dir.WriteLines(QStringLiteral("Benutzer/Supervisor.bdg"), {"3", "25", "0", "1.1.2002", "31.1.2002"});
   dir.WriteLines(QStringLiteral("Config/Smallwindow.cfg"), {" 1 "});
   dir.WriteLines(QStringLiteral("Note.dat"), {"Vertrag endet am 31.12.", "Stick: 0171 1234567"});
   WriteSampleMonth(dir, QDate::currentDate());

@@ -1,10 +1,11 @@
 #include "cli/Commands.h"
 
+#include "cli/BudgetCommands.h"
 #include "cli/ChartCommands.h"
 #include "cli/CompareCommands.h"
 #include "cli/HistoryCommands.h"
+#include "cli/SimulatedConnection.h"
 #include "cli/UpdateCommands.h"
-#include "desk/FreeAllowance.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Options.h"
@@ -12,6 +13,7 @@
 #include "frame/Services.h"
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/DataDir.h"
+#include "frame/datadir/Names.h"
 #include "metering/ConnectionChecks.h"
 #include "metering/ConnectionRecord.h"
 #include "metering/Meter.h"
@@ -20,6 +22,8 @@
 #include "tariffs/RateLookup.h"
 #include "tariffs/TariffNames.h"
 #include "users/FieldCipher.h"
+#include "users/UserAccounts.h"
+#include "users/UserRights.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -54,7 +58,8 @@ const char* const kUsageText =
     "                              a recording of N seconds started by hand with tariff FILE: the\n"
     "                              meter's labels and the record; --save writes the record (and a\n"
     "                              volume tariff's carry-over) as the recording would; TRAFFIC holds\n"
-    "                              lines \"TICK RECEIVED SENT\", the byte counters from that tick on\n"
+    "                              lines \"TICK RECEIVED SENT\", the byte counters from that tick on;\n"
+    "                              the user's budgets and limits are checked, and the cut ends the run\n"
     "  chart --month M --year Y --measure dauer|kosten|transfer|anbieter|benutzer [--style linien|balken]\n"
     "        [--user U] [--provider P] [--tariff T] [--values] [--output FILE.png|FILE.bmp]\n"
     "                              a month's chart: the day values or the pie's counts, or the picture\n"
@@ -63,6 +68,10 @@ const char* const kUsageText =
     "  compare [--period ITEM] [--user U] [--today YYYY-MM-DD]\n"
     "                              the analysis' connections priced under every tariff: FILE<TAB>COST a\n"
     "                              line, cheapest first, then Tatsächlich<TAB>COST\n"
+    "  budget [--user NAME] [--today YYYY-MM-DD]\n"
+    "                              the rests of a user's budget as the Budget panel shows them\n"
+    "  timeleft [--user NAME] [--today YYYY-MM-DD]\n"
+    "                              the seconds of the day's and the month's allowance left\n"
     "  update index DIR [--revision N]\n"
     "                              writes DIR/update.txt for an update server: each folder DIR/tel/0001,\n"
     "                              DIR/tel/0002, ... is a batch of that number holding its .atl tariffs\n"
@@ -144,6 +153,10 @@ int RecordShow(const DataDir& dir, const QString& file, const Io& io) {
 }
 
 int TariffList(const DataDir& dir, const Io& io) {
+  // An empty list must mean no tariffs, not a mistyped folder.
+  if (!QFileInfo(dir.Root()).isDir()) {
+    return io.Fail(QStringLiteral("no data directory %1").arg(dir.Root()));
+  }
   for (const QString& file : dir.ListFiles(QStringLiteral("Tarife"))) {
     const auto anbieter = GetAnbieter(file);
     const QString label = anbieter ? TarifLabel(*anbieter, file) : QString();
@@ -210,16 +223,6 @@ class ScriptedTraffic final : public TrafficSource {
   std::map<qint64, TrafficCount> counts_;
 };
 
-// The dial-up entry that the simulated connection runs over.
-class SimulationHooks final : public MeterHooks {
- public:
-  explicit SimulationHooks(QString connection) : connection_(std::move(connection)) {}
-  void DetectConnection(DetectedConnection& connection) override { connection.name = connection_; }
-
- private:
-  QString connection_;
-};
-
 // Boxes become lines on standard error; a failure among them fails the run.
 class StderrPrompter final : public Prompter {
  public:
@@ -273,6 +276,7 @@ int Simulate(const DataDir& dir, QStringList args, const Io& io) {
   bool trace = false;
   bool save = false;
   LoadOptions(dir, state);
+  state.ActiveUser = LastActiveUser(dir);
   while (!args.isEmpty()) {
     const QString arg = args.takeFirst();
     const bool hasValue = !args.isEmpty();
@@ -328,20 +332,24 @@ int Simulate(const DataDir& dir, QStringList args, const Io& io) {
     }
     counts = std::move(*script);
   }
+  if (!state.ActiveUser.isEmpty() && !IsValidName(state.ActiveUser)) {
+    return io.Fail(QStringLiteral("not a user name: %1").arg(state.ActiveUser));
+  }
+  SetUserPreventions(dir, state.ActiveUser, state);
   state.AktuellerTarif = file;
   state.DetectionSource = 0;
   const QString refusal = TarifCheckMessage(state.AktuellerTarif, state.ActiveUser);
   if (!refusal.isEmpty()) {
     return io.Fail(refusal);
   }
-  state.Restfrei = ComputeFreeAllowance(dir, file, start.date()).restfrei;
 
   FixedClock clock(start);
   StderrPrompter prompter(io);
   Services services{state, dir, clock, prompter};
   ScriptedTraffic traffic(clock, start, std::move(counts));
-  SimulationHooks hooks(connection);
-  Meter meter(services, traffic, hooks);
+  SimulatedConnection line(services, connection);
+  Meter meter(services, traffic, line);
+  line.SetMeter(meter);
   meter.SetWritesFiles(save);
 
   const QStringList shown = {
@@ -354,17 +362,30 @@ int Simulate(const DataDir& dir, QStringList args, const Io& io) {
     }
   };
   auto traceTick = [&] {
-    if (trace) {
-      io.Line(QStringLiteral("tick %1").arg(meter.TickCount()));
-      showLabels();
+    const QStringList events = line.TakeEvents();
+    if (!trace) {
+      return;
+    }
+    io.Line(QStringLiteral("tick %1").arg(meter.TickCount()));
+    for (const QString& event : events) {
+      io.Line(QStringLiteral("event\t") + event);
+    }
+    showLabels();
+    for (int kind = 1; kind <= 3; ++kind) {
+      io.Line(ConnectionAlarms::kLabelNames[static_cast<std::size_t>(kind - 1)] + QLatin1Char('\t') +
+              line.Alarms().Label(kind).text);
     }
   };
 
+  line.Load();
   meter.Counter_Start();
   meter.TimerStarterTick();
   traceTick();
-  while (meter.TickCount() < seconds) {
+  // A cut line ends the recording at the next tick, as monitoring would.
+  while (meter.IsRecording() && meter.TickCount() < seconds) {
     clock.Advance(1);
+    // The countdown's timer ticks a second after the box opened.
+    line.Second();
     meter.Tick();
     traceTick();
   }
@@ -392,19 +413,23 @@ int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* 
     dataDir = args.at(1);
     args = args.mid(2);
   }
+  const DataDir dir(dataDir);
+  if (!args.isEmpty() &&
+      (args.first() == QLatin1String("budget") || args.first() == QLatin1String("timeleft"))) {
+    return RunBudgetCommand(dir, args, out, err);
+  }
   if (args.value(0) == QLatin1String("chart") || args.value(0) == QLatin1String("report")) {
-    return RunChartCommand(DataDir(dataDir), args, out, err);
+    return RunChartCommand(dir, args, out, err);
   }
   if (args.value(0) == QLatin1String("compare")) {
-    return CompareCommand(DataDir(dataDir), args.mid(1), out, err);
+    return CompareCommand(dir, args.mid(1), out, err);
   }
   if (!args.isEmpty() && args.first() == QLatin1String("list")) {
-    return ListCommand(DataDir(dataDir), args.mid(1), out, err);
+    return ListCommand(dir, args.mid(1), out, err);
   }
   if (args.size() < 2) {
     return io.Usage(args.isEmpty() ? QString() : QStringLiteral("incomplete command"));
   }
-  const DataDir dir(dataDir);
   const QString group = args.takeFirst();
   if (IsOnlineGroup(group)) {
     return RunOnlineCommand(dir, group, args, out, err);

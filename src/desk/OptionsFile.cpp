@@ -51,7 +51,28 @@ QString ExecValue(const QString& executable) {
     }
     command = QLatin1Char('"') + quoted + QLatin1Char('"');
   }
-  return command.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
+  // A desktop file's value is one line: backslash, line break, tab and
+  // carriage return are written as escapes.
+  QString value;
+  for (const QChar c : command) {
+    switch (c.unicode()) {
+      case '\\':
+        value += QStringLiteral("\\\\");
+        break;
+      case '\n':
+        value += QStringLiteral("\\n");
+        break;
+      case '\t':
+        value += QStringLiteral("\\t");
+        break;
+      case '\r':
+        value += QStringLiteral("\\r");
+        break;
+      default:
+        value += c;
+    }
+  }
+  return value;
 }
 
 }  // namespace
@@ -121,7 +142,8 @@ bool WriteDenyList(const DataDir& dir, const QList<DenyEntry>& entries) {
 }
 
 bool IsUnwantedConnection(Services& services, RemoteAccess& remote) {
-  return services.state.OnlyMarkedEntries && IsUnwantedConnection(services, remote, remote.GetRasConnections());
+  return services.state.OnlyMarkedEntries &&
+         IsUnwantedConnection(services, remote, remote.GetRasConnections());
 }
 
 bool IsUnwantedConnection(Services& services, RemoteAccess& remote, const QList<RasConnection>& connections) {
@@ -132,7 +154,8 @@ bool IsUnwantedConnection(Services& services, RemoteAccess& remote, const QList<
     return false;
   }
   const RasConnection& last = connections.last();
-  if (last.entryName == QStringLiteral("unbekannt") || IsEntryAllowed(services.dir, last.entryName)) {
+  if (!IsDialUpKind(last) || last.entryName == QStringLiteral("unbekannt") ||
+      IsEntryAllowed(services.dir, last.entryName)) {
     return false;
   }
   remote.HangUp(last.handle);
@@ -142,8 +165,9 @@ bool IsUnwantedConnection(Services& services, RemoteAccess& remote, const QList<
 QString AutostartFile() { return ConfigHome() + QLatin1Char('/') + kAutostartName; }
 
 bool WriteAutostartFile(const QString& executable) {
-  const QString text = QStringLiteral("[Desktop Entry]\nType=Application\nName=Minutor\nExec=") +
-                       ExecValue(executable) + QStringLiteral("\nTerminal=false\n");
+  const QString text =
+      QStringLiteral("[Desktop Entry]\nType=Application\nName=Minutor\nIcon=minutor\nExec=") +
+      ExecValue(executable) + QStringLiteral("\nTerminal=false\n");
   return DataDir(ConfigHome()).WriteBytes(kAutostartName, text.toUtf8());
 }
 

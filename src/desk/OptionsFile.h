@@ -47,8 +47,8 @@ bool WriteDenyList(const DataDir& dir, const QList<DenyEntry>& entries);
 
 // The guard against dialer programs, run when monitoring has seen a new
 // connection and before the meter starts. With OnlyMarkedEntries it hangs up
-// the last connection of the system unless Deny.sec allows its entry, and
-// returns true then. A connection the system doesn't report is left alone.
+// the last connection of the system if it is of a dial-up kind and Deny.sec
+// doesn't allow its entry, and returns true then. A connection the system doesn't report is left alone.
 bool IsUnwantedConnection(Services& services, RemoteAccess& remote);
 // The same with the system's connections already at hand.
 bool IsUnwantedConnection(Services& services, RemoteAccess& remote, const QList<RasConnection>& connections);

@@ -34,11 +34,6 @@ QStringList GetUserNames(const DataDir& dir) {
   return names;
 }
 
-bool UserHasPassword(const DataDir& dir, const QString& user) {
-  const auto file = ReadUserFile(dir, user);
-  return file && !file->password.isEmpty();
-}
-
 std::optional<bool> MonitoringSwitchForbidden(const DataDir& dir, const QString& user) {
   if (user.isEmpty()) {
     return std::nullopt;

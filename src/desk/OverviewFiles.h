@@ -26,9 +26,6 @@ bool WriteOverviewConfig(const DataDir& dir, const OverviewConfig& config);
 // The users, one per "Benutzer/*.usr", in folder order, without the extension.
 QStringList GetUserNames(const DataDir& dir);
 
-// True when the user's file holds a password.
-bool UserHasPassword(const DataDir& dir, const QString& user);
-
 // True when the user may not touch the monitoring settings, which also takes
 // the monitoring switch from him; nullopt when the user has no file.
 std::optional<bool> MonitoringSwitchForbidden(const DataDir& dir, const QString& user);

@@ -4,15 +4,38 @@
 #include "detection/RemoteAccess.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
+#include "frame/Prompter.h"
 #include "frame/Services.h"
 #include "frame/StartUp.h"
 #include "frame/datadir/AnsiText.h"
+#include "frame/datadir/Names.h"
+#include "frame/datadir/ClockText.h"
 #include "tariffs/PriceTexts.h"
+#include "users/TimeLeft.h"
+#include "users/UserAccounts.h"
 #include "users/UserFile.h"
+
+#include <QDir>
+#include <QFileInfo>
 
 namespace minutor {
 
 namespace {
+
+// Whether a stored tariff is there but can't be read: its folder can't be
+// listed, or something other than a readable file has its name. A tariff
+// that is simply gone is not that.
+bool IsTariffUnreadable(const DataDir& dir, const QString& file) {
+  if (!IsSafeFileName(file)) {
+    return false;
+  }
+  const QFileInfo folder(dir.Resolve(QStringLiteral("Tarife")));
+  if (folder.exists() && !(folder.isDir() && QDir(folder.filePath()).isReadable())) {
+    return true;
+  }
+  const QFileInfo tariff(dir.Resolve(QStringLiteral("Tarife/") + file));
+  return tariff.exists() && !(tariff.isFile() && tariff.isReadable());
+}
 
 int IndexOf(const QStringList& list, const QString& text, Qt::CaseSensitivity cs = Qt::CaseSensitive) {
   if (text.isEmpty()) {
@@ -46,11 +69,20 @@ void OverviewSelection::Load(const OverviewConfig& wanted) {
   providers_ = GetAnbieterListe(services_.dir);
   providerIndex_ = IndexOf(providers_, wanted.provider);
   ListTariffs();
-  for (int i = 0; i < tariffs_.size(); ++i) {
+  bool found = false;
+  for (int i = 0; i < tariffs_.size() && !found; ++i) {
     if (tariffs_[i].Label == wanted.tariff) {
       tariffIndex_ = i;
-      break;
+      found = true;
     }
+  }
+  // A failed read never costs the user the stored choice.
+  if (!found && !wanted.tariff.isEmpty() &&
+      IsTariffUnreadable(services_.dir, GetTarifDatei(wanted.provider, wanted.tariff))) {
+    unreadTariff_ = std::pair{wanted.provider, wanted.tariff};
+    providerIndex_ = -1;
+    tariffs_.clear();
+    tariffIndex_ = -1;
   }
 
   ShowUserAtLoad(wanted.user);
@@ -59,6 +91,7 @@ void OverviewSelection::Load(const OverviewConfig& wanted) {
   if (tariffIndex_ >= 0) {
     ApplyTariff();
   }
+  ShowBudget();
   Save();
 }
 
@@ -66,6 +99,10 @@ OverviewConfig OverviewSelection::Current() const {
   OverviewConfig config;
   config.entry = entry_;
   config.user = userIndex_ >= 0 ? users_[userIndex_] : services_.state.ActiveUser;
+  if (unreadTariff_) {
+    config.provider = unreadTariff_->first;
+    config.tariff = unreadTariff_->second;
+  }
   if (providerIndex_ >= 0) {
     config.provider = providers_[providerIndex_];
   }
@@ -104,6 +141,7 @@ void OverviewSelection::ChooseEntry(int index) {
           providerIndex_ = provider;
           tariffs_ = tariffs;
           tariffIndex_ = i;
+          unreadTariff_.reset();
           ApplyTariff();
           break;
         }
@@ -118,6 +156,7 @@ void OverviewSelection::ChooseProvider(int index) {
     return;
   }
   providerIndex_ = index;
+  unreadTariff_.reset();
   ListTariffs();
   if (tariffIndex_ >= 0) {
     ApplyTariff();
@@ -130,6 +169,7 @@ void OverviewSelection::ChooseTariff(int index) {
     return;
   }
   tariffIndex_ = index;
+  unreadTariff_.reset();
   ApplyTariff();
   Save();
 }
@@ -140,14 +180,52 @@ bool OverviewSelection::ChooseUser(int index, bool panelVisible) {
   }
   const QString& name = users_[index];
   AppState& state = services_.state;
-  if (panelVisible && name != state.ActiveUser && UserHasPassword(services_.dir, name)) {
+  if (panelVisible && name != state.ActiveUser && !AskUserPassword(services_, name)) {
     return false;
   }
   userIndex_ = index;
   state.ActiveUser = name;
+  ShowBudget();
   Save();
   ApplyMonitoringLock();
   return true;
+}
+
+void OverviewSelection::ShowBudget() {
+  budget_.reset();
+  periodText_.clear();
+  const QString& user = services_.state.ActiveUser;
+  if (user.isEmpty()) {
+    return;
+  }
+  const auto rests = GetBudget(services_.dir, user, services_.clock.Now().date());
+  if (!rests) {
+    services_.prompter.Message(kBudgetFilesDamaged, Prompter::Icon::Warning);
+    return;
+  }
+  std::array<OverviewBudgetLine, 3> lines;
+  for (std::size_t i = 0; i < 3; ++i) {
+    lines[i] = OverviewBudgetShows(rests->amounts[i], rests->rests[i], services_.state.Waehrung);
+  }
+  budget_ = lines;
+  periodText_ = QStringLiteral("Zeitraum: ") + NormaliseDate(rests->periodFrom) + QStringLiteral(" - ") +
+                NormaliseDate(rests->periodTo);
+}
+
+QString OverviewSelection::DialRefusal() {
+  AppState& state = services_.state;
+  if (budget_ && IsBudgetExceeded(*budget_) && state.NoDialOnBudget) {
+    return QStringLiteral(
+        "Das Einwählen wurde Ihnen in den Benutzereinstellungen verboten (Ihr Budget ist überschritten).");
+  }
+  // The month limit has no text of its own.
+  if (GetTimeLeft(services_.dir, state, services_.clock.Now().date()) &&
+      (state.DayLimitOn || state.MonthLimitOn)) {
+    return QStringLiteral(
+        "Das Einwählen wurde Ihnen in den Benutzereinstellungen verboten (Ihr tägliches Zeitlimit ist "
+        "überschritten).");
+  }
+  return {};
 }
 
 void OverviewSelection::SetHoliday(bool on, bool panelVisible) {
@@ -191,6 +269,7 @@ void OverviewSelection::ApplyTariff() {
   priceText_ = AktuellerPreisText(services_.dir, file, now, state.FeiertagAktiv, state.Waehrung);
   allowance_ = ComputeFreeAllowance(services_.dir, file, now.date());
   state.Restfrei = allowance_.restfrei;
+  state.RestfreiTarif = file;
 }
 
 void OverviewSelection::ShowUserAtLoad(const QString& wanted) {

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <optional>
+#include <utility>
+
 #include "desk/FreeAllowance.h"
 #include "desk/OverviewFiles.h"
 #include "tariffs/TariffNames.h"
+#include "users/Budget.h"
 
 #include <QList>
 #include <QString>
@@ -64,10 +68,21 @@ class OverviewSelection {
   void ChooseProvider(int index);
   void ChooseTariff(int index);
 
-  // Makes the user the active one. While the panel is on screen a user with
-  // a password can't be taken this way, as there is no question for it yet:
-  // false, and the former user stays.
+  // Makes the user the active one. While the panel is on screen another
+  // user's password is asked first; refused, the former user stays (false).
   bool ChooseUser(int index, bool panelVisible);
+
+  // The rests of the active user's budget, as of the last load or choice of
+  // user: day, month and the defined period. Nothing when the budget files
+  // are damaged (the user was told) or there is no user.
+  const std::optional<std::array<OverviewBudgetLine, 3>>& Budget() const { return budget_; }
+  // "Zeitraum: 1.1.2002 - 31.1.2002"
+  const QString& PeriodText() const { return periodText_; }
+
+  // Why dialling from this panel is refused now: an exceeded budget for a
+  // user who may not dial then, or too little time left under a limit.
+  // Empty when the entry may be dialled.
+  QString DialRefusal();
 
   // The holiday switch. On screen and with a tariff chosen, the price line is
   // redrawn, always "pro Minute"; the current tariff and the free allowance
@@ -91,6 +106,7 @@ class OverviewSelection {
   void ApplyTariff();
   void ShowUserAtLoad(const QString& wanted);
   void ApplyMonitoringLock();
+  void ShowBudget();
   void Save() const;
 
   Services& services_;
@@ -108,6 +124,11 @@ class OverviewSelection {
   int userIndex_ = -1;
   QString priceText_ = QStringLiteral(" pro Minute");
   FreeAllowance allowance_;
+  // The stored provider and tariff when the tariff couldn't be read at the
+  // load: they stay in the file until the user chooses another.
+  std::optional<std::pair<QString, QString>> unreadTariff_;
+  std::optional<std::array<OverviewBudgetLine, 3>> budget_;
+  QString periodText_;
 };
 
 }  // namespace minutor

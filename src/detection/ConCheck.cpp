@@ -102,6 +102,19 @@ void CheckServicesAtStart(AppState& state, const BusServices& bus, Prompter& pro
   }
 }
 
+void PresetConCheck(const DataDir& dir, const BusServices& bus) {
+  if (dir.FileExists(kConCheckFile)) {
+    return;
+  }
+  const bool networkManager = HasNetworkManager(bus);
+  ConCheckBoxes boxes;
+  boxes.Check1 = {!networkManager, networkManager, false, false};
+  WriteConCheck(dir, boxes);
+  if (!networkManager && !dir.FileExists(kIgnoredIPsFile)) {
+    WriteIgnoredIPsLine(dir, QStringLiteral("127.*.*.*"));
+  }
+}
+
 QString IgnoredIPsHint() {
   return QStringLiteral(
       "Sie können das * Symbol verwenden, um nur einen bestimmten Teil der IP zu definieren. Die IP muss "

@@ -59,6 +59,11 @@ void SaveSettings(ConCheckBoxes& boxes, AppState& state, const DataDir& dir, con
 // whose service is missing is off for this run, the file stays as it is.
 void CheckServicesAtStart(AppState& state, const BusServices& bus, Prompter& prompter);
 
+// Where no monitoring has been set up yet, the method this machine can use:
+// NetworkManager's state where it runs, else the IP method with the
+// machine's own loopback addresses ignored.
+void PresetConCheck(const DataDir& dir, const BusServices& bus);
+
 // The text of the panel's "Hinweise..." button.
 QString IgnoredIPsHint();
 

@@ -7,6 +7,7 @@
 #include "frame/Services.h"
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/DataDir.h"
+#include "frame/datadir/Names.h"
 
 #include <algorithm>
 
@@ -22,7 +23,9 @@ bool MonitoringLoop::IpProbe() { return IsOnlineIP(services_.state, host_, servi
 
 void MonitoringLoop::Check(const std::function<void()>& startConnection) {
   AppState& state = services_.state;
-  if (!state.MonitoringOn) {
+  // Until a tariff is chosen there is nothing to meter a connection with;
+  // the loop waits for it instead of switching itself off.
+  if (!state.MonitoringOn || state.AktuellerTarif.isEmpty()) {
     return;
   }
   // Every probe runs in every check; a recording that one of them started
@@ -99,13 +102,14 @@ QString EntryTariff(const DataDir& dir, const QString& entry) {
   }
   const QString provider = FromAnsi(lines->at(0));
   const QString label = FromAnsi(lines->at(1));
+  QString tariff;
   if (label.startsWith(QLatin1Char('A'))) {
-    return provider + label.mid(1) + QStringLiteral(".atl");
+    tariff = provider + label.mid(1) + QStringLiteral(".atl");
+  } else if (label.startsWith(QLatin1Char('M'))) {
+    tariff = provider + label.mid(1) + QStringLiteral(".tel");
   }
-  if (label.startsWith(QLatin1Char('M'))) {
-    return provider + label.mid(1) + QStringLiteral(".tel");
-  }
-  return {};
+  // The name becomes a file name in "Tarife" and "Prerun".
+  return IsSafeFileName(tariff) ? tariff : QString();
 }
 
 bool IsEntryAllowed(const DataDir& dir, const QString& entry) {

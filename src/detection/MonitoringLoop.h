@@ -23,7 +23,8 @@ class MonitoringLoop {
 
   // The probes in their order, each only while no recording runs: a probe
   // that says connected sets the detection source and calls
-  // startConnection. Nothing happens with monitoring off.
+  // startConnection. Nothing happens with monitoring off or while no tariff
+  // is chosen.
   void Check(const std::function<void()>& startConnection);
 
   // The guard against entries the user hasn't allowed, run before a

@@ -30,13 +30,15 @@ bool RemoteAccess::HangUp(const QString& handle) {
   return true;
 }
 
-bool IsUsableEntryName(const QString& name) {
-  if (name.trimmed().isEmpty() || !IsValidName(name)) {
-    return false;
-  }
-  // Control characters pass the name check but make files nobody can type.
-  return std::none_of(name.begin(), name.end(),
-                      [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; });
+bool IsUsableEntryName(const QString& name) { return !name.trimmed().isEmpty() && IsSafeFileName(name); }
+
+bool IsDialUpKind(const RasConnection& connection) {
+  // NetworkManager's profile types of dialled lines, pppd's own "ppp", and
+  // the device types of the classic dial-up world.
+  static const QStringList kinds = {
+      QStringLiteral("gsm"),       QStringLiteral("cdma"), QStringLiteral("pppoe"), QStringLiteral("wwan"),
+      QStringLiteral("bluetooth"), QStringLiteral("ppp"),  QStringLiteral("modem"), QStringLiteral("isdn")};
+  return connection.metered || kinds.contains(connection.deviceType, Qt::CaseInsensitive);
 }
 
 QStringList GetDFUe(RemoteAccess& remoteAccess) { return remoteAccess.GetEntries(); }

@@ -16,7 +16,14 @@ struct RasConnection {
   QString deviceType;
   QString deviceName;
   QString interfaceName;
+  // The system bills this connection by what it carries, as far as it knows.
+  bool metered = false;
 };
+
+// Whether a connection is of the kind the dialer guard may cut: a line that
+// is dialled (modem, mobile, ISDN, PPPoE, Bluetooth) or one the system calls
+// metered. The user's own Ethernet, Wi-Fi or VPN is never cut.
+bool IsDialUpKind(const RasConnection& connection);
 
 // What the system knows about dialling an entry, and what the program hands
 // back when it dials with data of its own.

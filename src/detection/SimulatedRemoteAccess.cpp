@@ -71,10 +71,14 @@ void SimulatedRemoteAccess::RemoveEntry(const QString& name) {
 
 QString SimulatedRemoteAccess::BringUp(const QString& entry, const QString& deviceName,
                                        const QString& interfaceName) {
-  const QString handle = QStringLiteral("sim/%1").arg(nextHandle_++);
-  connections_.append({handle, entry, QStringLiteral("modem"), deviceName, interfaceName});
+  return BringUp({{}, entry, QStringLiteral("modem"), deviceName, interfaceName});
+}
+
+QString SimulatedRemoteAccess::BringUp(RasConnection connection) {
+  connection.handle = QStringLiteral("sim/%1").arg(nextHandle_++);
+  connections_.append(connection);
   emit ConnectionsChanged();
-  return handle;
+  return connection.handle;
 }
 
 void SimulatedRemoteAccess::TakeDown(const QString& handle) {

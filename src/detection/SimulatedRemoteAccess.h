@@ -31,6 +31,8 @@ class SimulatedRemoteAccess final : public RemoteAccess {
   // dials with another tool.
   QString BringUp(const QString& entry, const QString& deviceName = QStringLiteral("ttyS0"),
                   const QString& interfaceName = QStringLiteral("ppp0"));
+  // The same for a connection of any kind; its handle is given here.
+  QString BringUp(RasConnection connection);
   void TakeDown(const QString& handle);
 
   // The states a dial goes through; when the last is Connected the

@@ -29,15 +29,29 @@ struct AppState {
   // Tariff
   QString AktuellerTarif;
   QString Restfrei = QStringLiteral("-");
+  // The tariff Restfrei was computed for: a recording on another tariff
+  // computes its own.
+  QString RestfreiTarif;
   bool FeiertagAktiv = false;
   bool KanalbuendelungAktiv = false;
 
-  // User
-  QString ActiveUser = QStringLiteral("Supervisor");
+  // User: the one whose budgets and limits count, empty until the start has
+  // chosen one, and the rights of that user.
+  QString ActiveUser;
+  bool NoListEdit = false;
+  bool NoDialOnBudget = false;
   bool NoMonitoringSettings = false;
   bool QuitLocked = false;
+  // A limit that is off keeps the minutes it had; until one was on, those of
+  // a new user, so that the other limit's check doesn't find 0 minutes left.
   bool DayLimitOn = false;
+  qint32 DayLimitMinutes = 60;
   bool MonthLimitOn = false;
+  qint32 MonthLimitMinutes = 600;
+  // Seconds of today's and this month's allowance left before the running
+  // connection; negative once overdrawn.
+  qint32 DaySecondsLeft = 0;
+  qint32 MonthSecondsLeft = 0;
 
   // Detection
   bool MonitoringOn = true;

@@ -22,6 +22,10 @@ class Prompter {
   virtual std::optional<QString> AskPassword(const QString& /*text*/, const QString& /*title*/) {
     return std::nullopt;
   }
+  // A line of text asked for in an input box; nothing when cancelled.
+  virtual std::optional<QString> AskText(const QString& /*text*/, const QString& /*title*/) {
+    return std::nullopt;
+  }
 };
 
 }  // namespace minutor

@@ -2,10 +2,32 @@
 
 #include <QCryptographicHash>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace minutor {
+
+namespace {
+
+// The session's runtime folder, when it is one that only this account can
+// write to; empty otherwise.
+QString PrivateRuntimeFolder() {
+  const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+  if (folder.isEmpty() || !QDir::isAbsolutePath(folder)) {
+    return {};
+  }
+  struct stat info {};
+  if (::stat(QFile::encodeName(folder).constData(), &info) != 0 || !S_ISDIR(info.st_mode) ||
+      info.st_uid != ::geteuid() || (info.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+    return {};
+  }
+  return folder;
+}
+
+}  // namespace
 
 SingleInstance::SingleInstance(const QString& dataDir)
     : lock_(std::make_unique<QLockFile>(LockPath(dataDir))) {
@@ -15,11 +37,12 @@ SingleInstance::SingleInstance(const QString& dataDir)
 bool SingleInstance::TryAcquire() { return lock_->tryLock(0); }
 
 QString SingleInstance::LockPath(const QString& dataDir) {
-  // The lock lives in the runtime folder, not in the data directory, so that
-  // the data holds nothing but the program's own files.
-  QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+  // Where another account could make the lock first, it could keep the
+  // program from starting: so never in a shared temporary folder. The
+  // runtime folder keeps the data directory free of anything but the data.
+  const QString folder = PrivateRuntimeFolder();
   if (folder.isEmpty()) {
-    folder = QDir::tempPath();
+    return dataDir + QStringLiteral("/.minutor.lock");
   }
   const QByteArray key = QFileInfo(dataDir).absoluteFilePath().toUtf8();
   const QString hash =

@@ -60,10 +60,12 @@ void LoadConCheck(const DataDir& dir, AppState& state) {
 }
 
 void RunStartSteps(const DataDir& dir, const QString& shippedDir, AppState& state) {
+  dir.RemoveSaveLeftovers();
   dir.CopyShippedFiles(shippedDir);
   LoadOptions(dir, state);
   CreateDefaultUser(dir);
   state.Restfrei = QStringLiteral("-");
+  state.RestfreiTarif.clear();
   LoadMonitoring(dir, state);
   LoadConCheck(dir, state);
 }

@@ -22,9 +22,10 @@ void SaveMonitoring(const DataDir& dir, bool on);
 // addresses to ignore from "Config/IgnoredIPs.cfg".
 void LoadConCheck(const DataDir& dir, AppState& state);
 
-// The steps of a start that need no window, in their order: the shipped
-// files the data directory lacks, the options, the default user, the free
-// allowance reset, monitoring and the detection settings.
+// The steps of a start that need no window, in their order: the leftovers
+// of saves a crash cut short go, the shipped files the data directory lacks
+// come, then the options, the default user, the free allowance reset,
+// monitoring and the detection settings.
 void RunStartSteps(const DataDir& dir, const QString& shippedDir, AppState& state);
 
 }  // namespace minutor

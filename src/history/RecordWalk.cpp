@@ -26,7 +26,7 @@ WalkResult WalkRecords(const DataDir& dir,
       continue;
     }
     record.cipher.clear();
-    auto fields = ReadRecordFields(folder + name, 12, withCipher ? &record.cipher : nullptr);
+    auto fields = ReadRecordFields(folder + name, 12, ~0u, withCipher ? &record.cipher : nullptr);
     if (!fields) {
       ++result.unreadable;
       continue;

@@ -21,10 +21,6 @@ namespace minutor {
 
 namespace {
 
-QString SaveError(int subcode) {
-  return QStringLiteral("Fehler beim speichern der Verbindungsdaten aufgetreten. Subcode %1.").arg(subcode);
-}
-
 // A whole number as the record holds it: digits, no exponent.
 QByteArray WholeNumber(double value) {
   if (!std::isfinite(value)) {
@@ -106,6 +102,10 @@ QByteArray LastLineRead(const DataDir& dir, const QString& fileName, int count) 
 
 }  // namespace
 
+QString SaveConnectionError(int subcode) {
+  return QStringLiteral("Fehler beim speichern der Verbindungsdaten aufgetreten. Subcode %1.").arg(subcode);
+}
+
 QList<QByteArray> RecordPlainLines(const RecordLabels& labels) {
   return {
       DateValue(labels.startTag),
@@ -137,7 +137,7 @@ QString RecordFileName(const QString& startTag, const QString& startTime) {
 
 SaveResult SaveConnection(const DataDir& dir, const RecordLabels& labels, Prompter& prompter) {
   if (!dir.MakeDir(kRecordFolder)) {
-    prompter.Message(SaveError(1), Prompter::Icon::Critical);
+    prompter.Message(SaveConnectionError(1), Prompter::Icon::Critical);
     return SaveResult::Failed;
   }
   if (labels.startTag.isEmpty()) {
@@ -145,7 +145,7 @@ SaveResult SaveConnection(const DataDir& dir, const RecordLabels& labels, Prompt
   }
   const QString name = RecordFileName(labels.startTag, labels.startTime);
   if (name.isEmpty()) {
-    prompter.Message(SaveError(1), Prompter::Icon::Critical);
+    prompter.Message(SaveConnectionError(1), Prompter::Icon::Critical);
     return SaveResult::Failed;
   }
   QList<QByteArray> lines;
@@ -154,13 +154,14 @@ SaveResult SaveConnection(const DataDir& dir, const RecordLabels& labels, Prompt
   }
   DataDir::WriteStage stage = DataDir::WriteStage::Open;
   if (!dir.WriteLines(kRecordFolder + QLatin1Char('/') + name, lines, &stage)) {
-    prompter.Message(SaveError(stage == DataDir::WriteStage::Open ? 2 : 4), Prompter::Icon::Critical);
+    prompter.Message(SaveConnectionError(stage == DataDir::WriteStage::Open ? 2 : 4),
+                     Prompter::Icon::Critical);
     return SaveResult::Failed;
   }
   return SaveResult::Saved;
 }
 
-std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, int count,
+std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, int count, quint32 wanted,
                                                   QList<QByteArray>* cipher) {
   // Records are read by the thousand when the history is scanned, so this
   // path stays close to the bare system calls: one read into a stack buffer
@@ -205,7 +206,8 @@ std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, i
       --stop;
     }
     const QByteArray line = QByteArray::fromRawData(bytes + start, stop - start);
-    fields.append(DecryptField(line));
+    const bool deciphered = fields.size() < 32 && (wanted >> fields.size() & 1u) != 0;
+    fields.append(deciphered ? DecryptField(line) : QByteArray());
     if (cipher != nullptr) {
       cipher->append(QByteArray(line.constData(), line.size()));
     }

@@ -41,15 +41,21 @@ QString RecordFileName(const QString& startTag, const QString& startTime);
 
 enum class SaveResult { Saved, NoStart, Failed };
 
+// The box text of a failed save, by the region of the save that failed.
+QString SaveConnectionError(int subcode);
+
 // Writes the record of a finished connection into the data directory. An
 // empty start tag writes nothing. A failure is reported with its subcode.
 SaveResult SaveConnection(const DataDir& dir, const RecordLabels& labels, Prompter& prompter);
 
 // The deciphered lines of a record, read in order while the file has lines,
-// at most `count`. nullopt when the file can't be read. With `cipher`, the
-// same lines as they stand in the file are handed back there too.
+// at most `count`. nullopt when the file can't be read. Only the lines whose
+// bit is set in `wanted` (bit 0 for line 1) are deciphered; the others come
+// back empty, so that a scan of the history pays only for what it reads.
+// With `cipher`, the lines as they stand in the file are handed back there
+// too.
 std::optional<QList<QByteArray>> ReadRecordFields(const QString& absolutePath, int count = 12,
-                                                  QList<QByteArray>* cipher = nullptr);
+                                                  quint32 wanted = ~0u, QList<QByteArray>* cipher = nullptr);
 
 // The user of a record: the last of up to eleven lines read, deciphered.
 QString RecordUser(const DataDir& dir, const QString& fileName);

@@ -1,5 +1,6 @@
 #include "metering/Meter.h"
 
+#include "desk/FreeAllowance.h"
 #include "frame/AppState.h"
 #include "frame/Clock.h"
 #include "frame/Services.h"
@@ -7,6 +8,7 @@
 #include "frame/datadir/NumberText.h"
 #include "metering/MeterHooks.h"
 #include "metering/Prerun.h"
+#include "metering/RecordingCheckpoint.h"
 #include "metering/TrafficSource.h"
 #include "tariffs/PriceTexts.h"
 #include "tariffs/RateLookup.h"
@@ -78,6 +80,13 @@ void Meter::Counter_Start() {
   }
 
   const QString tarif = state.AktuellerTarif;
+  // The entry's tariff replaces the one chosen on the Overview, and so must
+  // its allowance: another tariff's free minutes would bill a paid
+  // connection as free.
+  if (state.RestfreiTarif != tarif) {
+    state.Restfrei = ComputeFreeAllowance(dir, tarif, now.date()).restfrei;
+    state.RestfreiTarif = tarif;
+  }
   // With channel bundling the fee per connection counts twice.
   f.Kosten = GetGrundgebuehrJeVerbindung(dir, tarif) * static_cast<float>(kanalbuendelung_ + 1);
   f.KostenFrei = 0;
@@ -219,6 +228,7 @@ void Meter::RSTimer1Tick() {
                            GeneralText(f.EinheitRest) + QStringLiteral("s)");
   }
 
+  SaveCheckpoint();
   EndOfTick();
 }
 
@@ -263,6 +273,7 @@ void Meter::RSTimer2Tick() {
                                                       FixedText(f.EinheitRest, 0) + QStringLiteral("KB)");
   }
 
+  SaveCheckpoint();
   EndOfTick();
 }
 
@@ -275,8 +286,12 @@ void Meter::Counter_Stop() {
   // A stop before the first tick leaves nothing to start.
   timerStarter_ = false;
   rsTimer1_ = false;
-  if (writesFiles_ &&
-      SaveConnection(services_.dir, labels_.Record(), services_.prompter) != SaveResult::Failed) {
+  // The checkpoint holds the final values while the record is written: a
+  // crash in between still leaves the whole connection.
+  SaveCheckpoint(true);
+  const bool saved = writesFiles_ && SaveConnection(services_.dir, labels_.Record(), services_.prompter) !=
+                                         SaveResult::Failed;
+  if (saved) {
     hooks_.ConnectionSaved();
   }
   if (rsTimer2_) {
@@ -284,6 +299,11 @@ void Meter::Counter_Stop() {
       SavePrerun(services_.dir, state.AktuellerTarif, fields_.EinheitRest);
     }
     rsTimer2_ = false;
+  }
+  // A record that couldn't be written stays in the checkpoint, and the next
+  // start saves it.
+  if (saved) {
+    RemoveCheckpoint(services_.dir);
   }
   state.RecordingActive = false;
   recording_ = false;
@@ -341,6 +361,23 @@ void Meter::CountSecond() {
   }
   labels_.lblDauer = TwoDigits(f.Stunden) + QLatin1Char(':') + TwoDigits(f.Sekunden / 60) + QLatin1Char(':') +
                      TwoDigits(f.Sekunden % 60);
+}
+
+void Meter::SaveCheckpoint(bool atStop) {
+  if (!writesFiles_ || !recording_) {
+    return;
+  }
+  const float charged = fields_.Kosten + fields_.KostenFrei;
+  const bool due = lastCheckpoint_ == 0 || ticks_ - lastCheckpoint_ >= kCheckpointInterval ||
+                   charged != lastCharged_ || atStop;
+  if (!due) {
+    return;
+  }
+  lastCheckpoint_ = ticks_;
+  lastCharged_ = charged;
+  const std::optional<float> carryOver =
+      fields_.IsVolumeRecording ? std::optional<float>(fields_.EinheitRest) : std::nullopt;
+  minutor::SaveCheckpoint(services_.dir, labels_.Record(), carryOver);
 }
 
 void Meter::EndOfTick() {

@@ -73,6 +73,11 @@ class Meter {
   // Ends the recording and writes its record (and, for a volume tariff, the
   // carry-over). Safe inside a tick: the tick runs to its end, and no tick
   // follows. A recording that isn't running isn't stopped again.
+  //
+  // Until then the record as it would be now is kept as a checkpoint: after
+  // the first tick, once a minute and after every charged unit, and once
+  // more before the record is written. The checkpoint goes when the record
+  // is saved.
   void Counter_Stop();
 
   // Whether free time or free transfer is left, as lblRestFrei shows it.
@@ -91,7 +96,7 @@ class Meter {
   void SetTarifupdatePending(bool pending) { fields_.TarifupdatePending = pending; }
 
   // A trial run leaves the data directory as it was: Counter_Stop then
-  // writes neither record nor carry-over.
+  // writes neither record nor carry-over, and the ticks no checkpoint.
   void SetWritesFiles(bool writes) { writesFiles_ = writes; }
 
   const MeterFields& Fields() const { return fields_; }
@@ -99,6 +104,9 @@ class Meter {
 
   // From Counter_Start to Counter_Stop.
   bool IsRecording() const { return recording_; }
+  // Seconds between two checkpoints of a running recording at most.
+  static constexpr int kCheckpointInterval = 60;
+
   // RSTimer1 or RSTimer2 runs: Tick wants calling once a second.
   bool IsTimerEnabled() const { return rsTimer1_ || rsTimer2_; }
   int TickCount() const { return ticks_; }
@@ -109,6 +117,7 @@ class Meter {
   void UpdateTraffic();
   void CheckDayChange(const QDate& today);
   void CountSecond();
+  void SaveCheckpoint(bool atStop = false);
   void EndOfTick();
 
   Services& services_;
@@ -124,6 +133,8 @@ class Meter {
   bool recording_ = false;
   bool writesFiles_ = true;
   int ticks_ = 0;
+  int lastCheckpoint_ = 0;  // tick of the last checkpoint
+  float lastCharged_ = 0;   // Kosten + KostenFrei at the last checkpoint
 };
 
 }  // namespace minutor

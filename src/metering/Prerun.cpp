@@ -2,6 +2,7 @@
 
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/DataDir.h"
+#include "frame/datadir/Names.h"
 #include "frame/datadir/NumberText.h"
 
 namespace minutor {
@@ -19,7 +20,7 @@ QString PrerunFile(const QString& tariff) {
 
 float LoadPrerun(const DataDir& dir, const QString& tariff) {
   const QString file = PrerunFile(tariff);
-  if (!dir.FileExists(file)) {
+  if (!IsSafeFileName(tariff) || !dir.FileExists(file)) {
     return 0.0f;
   }
   const auto lines = dir.ReadLines(file);
@@ -36,6 +37,9 @@ void SavePrerun(const DataDir& dir, const QString& tariff, float einheitRest) {
     line.prepend(' ');
   }
   line.append(' ');
+  if (!IsSafeFileName(tariff)) {
+    return;
+  }
   dir.MakeDir(kFolder);
   dir.WriteLines(PrerunFile(tariff), {line});
 }

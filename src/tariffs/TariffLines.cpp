@@ -25,7 +25,9 @@ std::optional<QList<QByteArray>> ReadTarifLines(const DataDir& dir, const QStrin
   if (file.isEmpty()) {
     return std::nullopt;
   }
-  return dir.ReadLines(TarifPfad(file));
+  // Tariffs may be larger than settings: as large as the update takes them.
+  constexpr qsizetype kTariffFileLimit = 1000000;
+  return dir.ReadLines(TarifPfad(file), kTariffFileLimit);
 }
 
 QByteArray ValueBehind(const QByteArray& line, qsizetype position) {

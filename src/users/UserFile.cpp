@@ -2,6 +2,7 @@
 
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/DataDir.h"
+#include "frame/datadir/Names.h"
 #include "frame/datadir/NumberText.h"
 #include "users/FieldCipher.h"
 
@@ -30,11 +31,11 @@ QList<QByteArray> UserFileLines(const UserFile& user) {
 }
 
 bool WriteUserFile(const DataDir& dir, const QString& name, const UserFile& user) {
-  return dir.WriteLines(UserPath(name), UserFileLines(user));
+  return IsSafeFileName(name) && dir.WriteLines(UserPath(name), UserFileLines(user));
 }
 
 std::optional<UserFile> ReadUserFile(const DataDir& dir, const QString& name) {
-  const auto lines = dir.ReadLines(UserPath(name));
+  const auto lines = IsSafeFileName(name) ? dir.ReadLines(UserPath(name)) : std::nullopt;
   if (!lines) {
     return std::nullopt;
   }

@@ -103,14 +103,15 @@ class TestMinutorctl : public QObject {
              "--seconds", "5", "--traffic", data.path(QStringLiteral("traffic.txt")), "--trace", "--save"});
     QCOMPARE(v.code, 0);
     const QList<QByteArray> lines = v.out.split('\n');
-    QCOMPARE(lines.size(), 5 * 10 + 9 + 11 + 1);
+    QCOMPARE(lines.size(), 5 * 13 + 9 + 11 + 1);
     QCOMPARE(lines.at(0), QByteArray("tick 1"));
     QCOMPARE(lines.at(3), QByteArray("lblEinheiten\tFlatrate"));
-    QCOMPARE(lines.at(10), QByteArray("tick 2"));
-    QCOMPARE(lines.at(12), QByteArray("lblKosten\t0 (0,100 €)"));
-    QCOMPARE(lines.at(13), QByteArray("lblEinheiten\t1 (600KB)"));
-    QCOMPARE(lines.at(19), QByteArray("lblBytesInOut\t400.000 Bytes"));
-    QCOMPARE(lines.at(44), QByteArray("lblRestFrei\t-0,700MB"));
+    QCOMPARE(lines.at(12), QByteArray("lblRestDefiniert\tnicht festgelegt"));
+    QCOMPARE(lines.at(13), QByteArray("tick 2"));
+    QCOMPARE(lines.at(15), QByteArray("lblKosten\t0 (0,100 €)"));
+    QCOMPARE(lines.at(16), QByteArray("lblEinheiten\t1 (600KB)"));
+    QCOMPARE(lines.at(22), QByteArray("lblBytesInOut\t400.000 Bytes"));
+    QCOMPARE(lines.at(56), QByteArray("lblRestFrei\t-0,700MB"));
     QCOMPARE(data.read(QStringLiteral("Prerun/Funk - Volumen.dat")), QByteArray(" 300 \r\n"));
     // The saved record, shown in plain text by its name or by its path.
     const Result saved = Ctl({"--datadir", data.path(), "record", "show", "23112026-100000.con"});
@@ -239,12 +240,69 @@ class TestMinutorctl : public QObject {
              QByteArray("Funk - Minute.tel\t0,36\nNetz - Volumen.atl\t0,80\nTatsächlich\t1,00\n"));
   }
 
+  void budgetsLimitsAndTheCut() {
+    test::TempDataDir data;
+    data.write(QStringLiteral("Tarife/Test - Zonen.tel"), kTariff);
+    // Kind may not dial over budget: 0,05 a day, with the box on and no sound.
+    const QByteArray kindFile =
+        Ctl({"field", "encrypt", "0", "0", "0", "0", "1", "0", "0", "60", "", "0", "600"}).out;
+    data.write(QStringLiteral("Benutzer/Kind.usr"),
+               QByteArray(kindFile).replace("\n\n", "\n\r\n").replace('\n', "\r\n"));
+    data.write(QStringLiteral("Benutzer/Kind.bdg"), "0,05\r\n0\r\n0\r\n1.1.2001\r\n31.1.2001\r\n");
+    data.write(QStringLiteral("Benutzer/Benutzer.dat"), "0\r\n0\r\n1\r\nStandard\r\n");
+
+    const Result budget =
+        Ctl({"--datadir", data.path(), "budget", "--user", "Kind", "--today", "2026-11-23"});
+    QCOMPARE(budget.out, QByteArray("Tag\t0,05 €\nMonat\tinaktiv\nDefiniert\tinaktiv\n"));
+    const Result damaged = Ctl({"--datadir", data.path(), "budget", "--user", "Supervisor"});
+    QCOMPARE(damaged.code, 1);
+    QVERIFY(damaged.err.contains("Die Budgetdateien sind beschädigt"));
+    QCOMPARE(Ctl({"--datadir", data.path(), "timeleft", "--user", "Kind", "--today", "2026-11-23"}).out,
+             QByteArray("DaySecondsLeft\t3600\nMonthSecondsLeft\t36000\nRefused\t0\n"));
+    QCOMPARE(Ctl({"--datadir", data.path(), "timeleft", "--today", "23.11.2026"}).code, 2);
+
+    // 3,9 a minute: the second minute crosses the 5 hundredths; two minutes
+    // later the line is cut, which that tick's check of the line notices.
+    const Result cut = Ctl({"--datadir", data.path(), "simulate", "Test - Zonen.tel", "--start",
+                            "2026-11-23 10:00:00", "--seconds", "600", "--user", "Kind", "--trace"});
+    QCOMPARE(cut.code, 0);
+    const QList<QByteArray> lines = cut.out.split('\n');
+    const auto tickOf = [&](const QByteArray& line) {
+      for (qsizetype i = lines.indexOf(line); i >= 0; --i) {
+        if (lines[i].startsWith("tick ")) {
+          return lines[i].mid(5).toInt();
+        }
+      }
+      return -1;
+    };
+    QCOMPARE(tickOf("event\talarm 1"), 61);
+    QCOMPARE(tickOf("event\tConStop"), 61);
+    QCOMPARE(tickOf("event\tHangUp"), 181);
+    QVERIFY(cut.out.contains("lblRestTag\t-0,03 €\n"));
+    QVERIFY(cut.out.contains("record 3\t00:03:01\n"));
+
+    // A day limit of one minute: the countdown opens once the minute is used.
+    const QByteArray limited =
+        Ctl({"field", "encrypt", "0", "0", "0", "0", "0", "0", "1", "1", "", "0", "600"}).out;
+    data.write(QStringLiteral("Benutzer/Uhr.usr"),
+               QByteArray(limited).replace("\n\n", "\n\r\n").replace('\n', "\r\n"));
+    const Result limit = Ctl({"--datadir", data.path(), "simulate", "Test - Zonen.tel", "--start",
+                              "2026-11-23 10:00:00", "--seconds", "100", "--user", "Uhr", "--trace"});
+    const QList<QByteArray> limitLines = limit.out.split('\n');
+    const qsizetype opened = limitLines.indexOf("event\tConStop");
+    QVERIFY(opened > 0);
+    QCOMPARE(limitLines.at(opened - 1), QByteArray("tick 60"));
+  }
+
   void mistakesAreToldApart() {
     test::TempDataDir data;
     const Result noTariff = Ctl({"--datadir", data.path(), "tariff", "price", "Fehlt - X.tel"});
     QCOMPARE(noTariff.code, 1);
     QVERIFY(noTariff.err.contains("Fehlt - X.tel"));
     QCOMPARE(Ctl({"--datadir", data.path(), "tariff", "price", "../etc/passwd"}).code, 1);
+    const Result noDir = Ctl({"--datadir", data.path("fehlt"), "tariff", "list"});
+    QCOMPARE(noDir.code, 1);
+    QVERIFY(noDir.err.contains("no data directory"));
     for (const QStringList& usage :
          {QStringList(), QStringList{"tariff", "fly"},
           QStringList{"tariff", "price", "X - Y.tel", "--at", "gestern"}, QStringList{"--datadir"},

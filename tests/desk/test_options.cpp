@@ -1,3 +1,4 @@
+#include "desk/LaunchedPrograms.h"
 #include "desk/OptionsFile.h"
 #include "detection/SimulatedRemoteAccess.h"
 #include "frame/Options.h"
@@ -65,6 +66,20 @@ class TestOptions : public QObject {
     remote.BringUp(QStringLiteral("Neu"));
     QVERIFY(IsUnwantedConnection(s.services, remote));
 
+    // Only dialled lines and metered ones are cut, marked or not.
+    const QList<std::pair<RasConnection, bool>> kinds = {
+        {{{}, "Kabel", "802-3-ethernet", "eth0", "eth0"}, false},
+        {{{}, "Funk", "802-11-wireless", "wlan0", "wlan0"}, false},
+        {{{}, "Firma", "vpn", "", "tun0"}, false},
+        {{{}, "Hotspot", "802-11-wireless", "wlan0", "wlan0", true}, true},
+        {{{}, "Stick", "gsm", "ttyUSB0", "wwan0"}, true},
+        {{{}, "DSL", "pppoe", "eth0", "ppp0"}, true},
+        {{{}, "Handy", "bluetooth", "", "bnep0"}, true}};
+    for (const auto& [connection, cut] : kinds) {
+      remote.BringUp(connection);
+      QVERIFY2(IsUnwantedConnection(s.services, remote) == cut, qPrintable(connection.entryName));
+    }
+
     QVERIFY(
         WriteDenyList(s.data.dir(), {{QStringLiteral("Mobilfunk"), true}, {QStringLiteral("Büro"), false}}));
     QCOMPARE(s.data.read(QStringLiteral("DialUp/Deny.sec")),
@@ -84,10 +99,18 @@ class TestOptions : public QObject {
     };
 
     SetAutostart(true, QStringLiteral("/opt/Min utor/bin/minutor"), prompter);
-    QVERIFY(text().startsWith("[Desktop Entry]\n") && text().contains("\nType=Application\n"));
+    QVERIFY(text().startsWith("[Desktop Entry]\n") && text().contains("\nType=Application\n") &&
+            text().contains("\nIcon=minutor\n"));
     QVERIFY(text().contains("\nName=Minutor\n") && text().contains("\nExec=\"/opt/Min utor/bin/minutor\"\n"));
     QVERIFY(WriteAutostartFile(QStringLiteral("/usr/bin/minutor")));
     QVERIFY(text().contains("\nExec=/usr/bin/minutor\n"));
+    // Whatever the program's path holds, the file keeps its lines and a
+    // desktop reads the path back whole.
+    for (const char* path : {"/opt/a\nName=x\nb/minutor", "/tab\there/x\r", "/q\"$`\\u/m", "/\\n/m"}) {
+      QVERIFY(WriteAutostartFile(QString::fromUtf8(path)));
+      QCOMPARE(text().count('\n'), 6);
+      QCOMPARE(DesktopEntryCommand(file), QStringList{QString::fromUtf8(path)});
+    }
     SetAutostart(false, {}, prompter);
     QVERIFY(!QFile::exists(file) && RemoveAutostartFile());  // removing it again is no failure
     QVERIFY(prompter.messages.isEmpty());

@@ -4,6 +4,7 @@
 #include "tariffs/TariffText.h"
 #include "users/UserFile.h"
 
+#include <QDir>
 #include <QTest>
 
 using namespace minutor;
@@ -81,6 +82,35 @@ class TestOverview : public QObject {
     QCOMPARE(selection.TariffIndex(), -1);
     QCOMPARE(desk.state.AktuellerTarif, QStringLiteral("Netz - Volumen.tel"));
     QCOMPARE(desk.config(), QByteArray("Eintrag\r\nSupervisor\r\nAlt\r\n\r\n"));
+  }
+
+  void aTariffThatCantBeReadKeepsTheStoredChoice() {
+    const OverviewConfig stored{
+        {}, QStringLiteral("Supervisor"), QStringLiteral("Foo"), QStringLiteral("M - Billig")};
+    const QByteArray storedFile = "\r\nSupervisor\r\nFoo\r\nM - Billig\r\n";
+    // A folder in the tariff's place, or a file in the folder's place.
+    for (const char* blocker : {"Tarife/Foo - Billig.tel/x", "Tarife"}) {
+      Desk desk;
+      desk.user(QStringLiteral("Supervisor"));
+      desk.data.write(QStringLiteral("Tarife/Foo - Teuer.tel"), "");
+      if (QString::fromLatin1(blocker) == QLatin1String("Tarife")) {
+        QVERIFY(QDir(desk.data.path(QStringLiteral("Tarife"))).removeRecursively());
+      }
+      desk.data.write(QString::fromLatin1(blocker), "");
+      OverviewSelection selection(desk.services, {});
+      selection.Load(stored);
+      QCOMPARE(selection.TariffIndex(), -1);
+      QVERIFY(desk.state.AktuellerTarif.isEmpty());
+      QCOMPARE(desk.config(), storedFile);
+      selection.ChooseUser(0, false);
+      QCOMPARE(desk.config(), storedFile);
+    }
+    // A tariff that is simply gone is no longer chosen.
+    Desk desk;
+    desk.data.write(QStringLiteral("Tarife/Foo - Teuer.tel"), "");
+    OverviewSelection selection(desk.services, {});
+    selection.Load(stored);
+    QCOMPARE(desk.state.AktuellerTarif, QStringLiteral("Foo - Teuer.tel"));
   }
 
   void userShownAndChosen() {

@@ -95,6 +95,23 @@ class TestConCheck : public QObject {
     QVERIFY(prompter.messages[0].contains("'NetworkManager'"));
   }
 
+  void firstStartPresetsWhatTheMachineCanUse() {
+    FakeBus bus;
+    test::TempDataDir plain;
+    PresetConCheck(plain.dir(), bus);
+    QCOMPARE(ReadConCheckBoxes(plain.dir()), Boxes(true, false, false, false, 2));
+    QCOMPARE(ReadIgnoredIPsLine(plain.dir()), QStringLiteral("127.*.*.*"));
+
+    bus.names = {kNetworkManagerService};
+    test::TempDataDir managed;
+    PresetConCheck(managed.dir(), bus);
+    QCOMPARE(ReadConCheckBoxes(managed.dir()), Boxes(false, true, false, false, 2));
+    QVERIFY(!managed.dir().FileExists(QStringLiteral("Config/IgnoredIPs.cfg")));
+    // What the user set is never preset again.
+    PresetConCheck(plain.dir(), bus);
+    QCOMPARE(ReadConCheckBoxes(plain.dir()), Boxes(true, false, false, false, 2));
+  }
+
   void savingAppliesWhatThePanelMayHave() {
     test::TempDataDir data;
     test::RecordingPrompter prompter;

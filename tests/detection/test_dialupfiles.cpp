@@ -1,10 +1,14 @@
 #include "detection/DialUpFiles.h"
 #include "detection/MonitoringLoop.h"
 #include "detection/SimulatedRemoteAccess.h"
+#include "metering/Prerun.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
 #include "users/FieldCipher.h"
+#include "users/UserFile.h"
 
+#include <QDir>
+#include <QFile>
 #include <QTest>
 
 using namespace minutor;
@@ -28,6 +32,17 @@ class TestDialUpFiles : public QObject {
     QCOMPARE(data.read(QStringLiteral("DialUp/Büro ISDN.trf")),
              QByteArray("[Keine Zuordnung]\r\n[Keine Zuordnung]\r\n"));
     QCOMPARE(EntryTariff(data.dir(), entry), QString());
+
+    // A file that names a tariff outside the data directory names none, and
+    // nothing is carried over or written there.
+    data.write(QStringLiteral("DialUp/Fremd.trf"), "../../x/Netz\r\nM - Volumen\r\n");
+    QCOMPARE(EntryTariff(data.dir(), QStringLiteral("Fremd")), QString());
+    SavePrerun(data.dir(), QStringLiteral("../../x/Netz - Volumen.tel"), 500);
+    QVERIFY(!WriteUserFile(data.dir(), QStringLiteral("../Kind"), {}) &&
+            !WriteUserFile(data.dir(), QStringLiteral(".."), {}));
+    QCOMPARE(QDir(data.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"DialUp"});
+    QVERIFY(!QFile::exists(data.path(QStringLiteral("../x"))) &&
+            !QFile::exists(data.path(QStringLiteral("../Kind.usr"))));
 
     // A tariff that has gone is read as it stands, and a short file too.
     data.write(QStringLiteral("DialUp/Alt.TRF"), "Weg\r\nM - Gibt es nicht mehr\r\n");

@@ -16,6 +16,7 @@ struct Loop : test::TestServices {
   MonitoringLoop loop{services, remote, network, host};
 
   Loop() {
+    state.AktuellerTarif = QStringLiteral("Funkwelle - Tag und Nacht.tel");
     state.MethodIE = false;
     state.IgnoredIPTable = {QStringLiteral("127.*.*.*")};
   }
@@ -50,6 +51,10 @@ class TestMonitoringLoop : public QObject {
     QCOMPARE(l.check(), QList<int>{2});  // the first probe blocks the later ones
     l.state.MethodIE = true;
     QCOMPARE(l.check(), QList<int>{1});  // the Internet state answers yes at every poll
+    // Without a tariff there is nothing to meter with: the loop waits.
+    l.state.AktuellerTarif.clear();
+    QVERIFY(l.check().isEmpty());
+    l.state.AktuellerTarif = QStringLiteral("Funkwelle - Tag und Nacht.tel");
     l.state.MonitoringOn = false;
     QVERIFY(l.check().isEmpty());
   }

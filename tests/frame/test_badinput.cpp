@@ -2,16 +2,24 @@
 #include "frame/AppState.h"
 #include "frame/Options.h"
 #include "frame/StartUp.h"
+#include "frame/datadir/ClockText.h"
 #include "frame/datadir/NoteFile.h"
 #include "frame/datadir/TaxFile.h"
 #include "metering/ConnectionRecord.h"
+#include "metering/Prerun.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
 #include "users/FieldCipher.h"
 #include "users/UserFile.h"
 
+#include <QFile>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QTest>
+
+#include <limits>
+
+#include <sys/stat.h>
 
 using namespace minutor;
 
@@ -73,6 +81,63 @@ class TestBadInput : public QObject {
     }
   }
 
+  void pipesAndFoldersInPlaceOfSettings() {
+    // Nothing waits for a writer that never comes.
+    test::TempDataDir data;
+    const QStringList names = {"Config/Options.cfg",
+                               "Config/Monitoring.cfg",
+                               "Config/ConCheck.cfg",
+                               "Config/IgnoredIPs.cfg",
+                               "Tax.dat",
+                               "Note.dat",
+                               "Benutzer/Supervisor.usr"};
+    QVERIFY(data.dir().MakeDir(QStringLiteral("Config")) && data.dir().MakeDir(QStringLiteral("Benutzer")));
+    for (const QString& name : names) {
+      QVERIFY(::mkfifo(QFile::encodeName(data.path(name)).constData(), 0600) == 0);
+    }
+    QVERIFY(data.dir().MakeDir(QStringLiteral("Prerun/Netz - Volumen.dat")));
+    QCOMPARE(LoadPrerun(data.dir(), QStringLiteral("Netz - Volumen.tel")), 0.0f);
+    test::RecordingPrompter prompter;
+    AppState state;
+    LoadOptions(data.dir(), state);
+    LoadMonitoring(data.dir(), state);
+    LoadConCheck(data.dir(), state);
+    QVERIFY(!state.MonitoringOn && state.Waehrung == QStringLiteral("€") && state.CheckInterval == 2);
+    QVERIFY(LoadNote(data.dir()).isEmpty() && !ReadUserFile(data.dir(), kSupervisor));
+    ReadTax(data.dir(), prompter);
+  }
+
+  void clockTextsWithGarbage() {
+    QStringList texts = {QStringLiteral("99999999999999999999:00:00"),
+                         QStringLiteral("-9223372036854775808:59:59"),
+                         QStringLiteral("1e308:1e308:1e308"),
+                         QString(400, QLatin1Char('9')) + ":99:99",
+                         QStringLiteral("9223372036854775807"),
+                         QStringLiteral("::-:"),
+                         QStringLiteral("-"),
+                         QString()};
+    for (const QByteArray& bytes : samples()) {
+      texts.append(QString::fromLatin1(bytes.left(80)));
+    }
+    static const QRegularExpression clock(QStringLiteral("^-?\\d{2,}:\\d\\d:\\d\\d$"));
+    for (const QString& a : texts) {
+      for (const QString& b : {texts.first(), texts.at(1), a, QStringLiteral("00:00:01")}) {
+        QVERIFY2(clock.match(ZeitDifferenz(a, b)).hasMatch(), qPrintable(a + " - " + b));
+        const double percent = ZeitProzent(a, b);
+        QVERIFY(!(percent < 0));
+      }
+      QVERIFY(clock.match(NormalizeTime(a)).hasMatch());
+      QVERIFY(NormalizeTimeOfDay(a).left(2).toInt() < 24);
+      TimeToSeconds(a);
+      ClockTextSeconds(a);
+      ParseShortDate(a);
+    }
+    for (const qint64 seconds :
+         {std::numeric_limits<qint64>::min(), std::numeric_limits<qint64>::max(), qint64(-1)}) {
+      QVERIFY(clock.match(SecondsToClockText(seconds)).hasMatch());
+    }
+  }
+
   void recordsWithGarbage() {
     test::TempDataDir data;
     data.write(QStringLiteral("Tarife/Mobil - Frei.tel"), "Freiminuten:60\r\n");
@@ -88,6 +153,12 @@ class TestBadInput : public QObject {
     for (qsizetype size = 0; size <= whole.size(); ++size) {
       contents.append(whole.left(size));
     }
+    QByteArray huge;
+    for (const char* field : {"S01.03.2026", "12:00:00", "99999999999999999999:00:00", "S0,50", "10", "1",
+                              "1", "2", "Stick", "Mobil - Frei.tel", "Supervisor"}) {
+      huge += EncryptField(field) + "\r\n";
+    }
+    contents.append(huge);
     for (const QByteArray& content : contents) {
       data.write(QStringLiteral("Verbindungen/") + name, content);
       data.write(QStringLiteral("Verbindungen/x"), content);  // a name too short for a date

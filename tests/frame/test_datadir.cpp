@@ -4,7 +4,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTest>
+
+#include <sys/stat.h>
 
 using namespace minutor;
 
@@ -88,12 +91,13 @@ class TestDataDir : public QObject {
     QVERIFY(QDir(data.path(QStringLiteral("Tarife"))).mkdir(QStringLiteral("Foo - Ordner.tel")));
     QVERIFY(QFile::link(data.path(QStringLiteral("Tarife/Other - X.tel")),
                         data.path(QStringLiteral("Tarife/Foo - Link.tel"))));
-    QVERIFY(QFile::link(data.path(QStringLiteral("Tarife/weg")), data.path(QStringLiteral("Tarife/Foo - Weg.tel"))));
+    QVERIFY(QFile::link(data.path(QStringLiteral("Tarife/weg")),
+                        data.path(QStringLiteral("Tarife/Foo - Weg.tel"))));
     QCOMPARE(dir.ListFiles(QStringLiteral("Tarife"), QStringLiteral("foo*")),
              (QStringList{"Foo - Bar.tel", "Foo - Link.tel", "Foo Net - Bar.ATL"}));
   }
 
-  void shippedFilesAreCopiedButNeverOverwritten() {
+  void shippedFilesAreOfferedOnceAndNeverOverwritten() {
     test::TempDataDir shipped;
     shipped.write(QStringLiteral("Tarife/A - B.tel"), "neu");
     shipped.write(QStringLiteral("Sounds/Standard.wav"), "RIFF");
@@ -105,6 +109,14 @@ class TestDataDir : public QObject {
     QVERIFY(!QFile::exists(data.path(QStringLiteral("tarife/A - B.tel"))));
     QCOMPARE(data.read(QStringLiteral("Sounds/Standard.wav")), QByteArray("RIFF"));
     QCOMPARE(data.read(QStringLiteral("Servers.dat")), QByteArray("server"));
+
+    // A shipped file the user deleted stays deleted; one that a later
+    // version newly ships arrives.
+    QVERIFY(QFile::remove(data.path(QStringLiteral("Servers.dat"))));
+    shipped.write(QStringLiteral("Tarife/C - D.atl"), "neu");
+    data.dir().CopyShippedFiles(shipped.path());
+    QVERIFY(!QFile::exists(data.path(QStringLiteral("Servers.dat"))));
+    QCOMPARE(data.read(QStringLiteral("tarife/C - D.atl")), QByteArray("neu"));
   }
 
   void locationOfTheDataDirectory() {
@@ -117,6 +129,58 @@ class TestDataDir : public QObject {
     exe.write(QStringLiteral("portable"), "");
     QCOMPARE(DataDir::DefaultLocation(exe.path()), exe.path());
     QVERIFY(QFile::exists(DataDir::ShippedLocation(exe.path()) + QStringLiteral("/Tarife")));
+  }
+  void nothingLeaksNothingEscapesNothingBlocks() {
+    test::TempDataDir home;
+    const DataDir dir(home.path(QStringLiteral("neu/minutor")));
+    QVERIFY(dir.MakeRoot() && dir.MakeRoot());
+    auto mode = [&](const char* relative) {
+      struct stat info {};
+      ::stat(QFile::encodeName(dir.Resolve(QString::fromLatin1(relative))).constData(), &info);
+      return info.st_mode & 0777;
+    };
+    QCOMPARE(mode(""), 0700u);
+
+    // Passwords and credentials for this account only, whatever the old file allowed.
+    home.write(QStringLiteral("neu/minutor/Benutzer/Anna.usr"), "alt");
+    QVERIFY(::chmod(QFile::encodeName(dir.Resolve(QStringLiteral("Benutzer/Anna.usr"))).constData(), 0644) ==
+            0);
+    for (const char* name :
+         {"Benutzer/Anna.usr", "Benutzer/Anna.bdg", "benutzer/Budget.dat", "DialUp/Netz.dat"}) {
+      QVERIFY(dir.WriteLines(QString::fromLatin1(name), {"geheim"}));
+      QCOMPARE(mode(name), 0600u);
+    }
+
+    // No path leads out of the directory, and no name holds control characters.
+    for (const char* bad :
+         {"../aussen.txt", "Prerun/../../aussen.dat", "Config/a\nb.cfg", "..\\x", "Benutzer/\x01.usr"}) {
+      const QString path = QString::fromLatin1(bad);
+      QVERIFY(!dir.WriteLines(path, {"x"}));
+      QVERIFY(!dir.MakeDir(path) && !dir.FileExists(path) && !dir.ReadLines(path) &&
+              dir.ListFiles(path).isEmpty());
+    }
+    QCOMPARE(QDir(home.path(QStringLiteral("neu"))).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList{"minutor"});
+
+    // A huge settings file is read only as far as settings go.
+    QVERIFY(dir.WriteBytes(QStringLiteral("Tax.dat"), QByteArray(1 << 20, '7')));
+    QCOMPARE(dir.ReadLines(QStringLiteral("Tax.dat"))->first().size(), DataDir::kSmallFileLimit);
+
+    // What a save that never finished leaves is passed over, and goes at the start.
+    for (const char* name :
+         {"Verbindungen/01032026-120000.con.aBcDeF", "Config/Options.cfg.Xy12Zw", "Note.dat.qwerty"}) {
+      home.write(QStringLiteral("neu/minutor/") + QString::fromLatin1(name), "halb");
+    }
+    home.write(QStringLiteral("neu/minutor/Verbindungen/01032026-120000.con"), "ganz");
+    QCOMPARE(dir.ListFiles(QStringLiteral("Verbindungen")), QStringList{"01032026-120000.con"});
+    QCOMPARE(dir.ListFiles(QStringLiteral("Verbindungen"), QStringLiteral("*.*")),
+             QStringList{"01032026-120000.con"});
+    dir.RemoveSaveLeftovers();
+    QCOMPARE(QDir(dir.Resolve(QStringLiteral("Verbindungen"))).entryList(QDir::Files),
+             QStringList{"01032026-120000.con"});
+    QVERIFY(!dir.FileExists(QStringLiteral("Config/Options.cfg.Xy12Zw")) &&
+            !dir.FileExists(QStringLiteral("Note.dat.qwerty")));
+    QVERIFY(!IsSaveLeftover(u"Anbieter - Tarif 1.5.tel") && !IsSaveLeftover(u".hidden.abcdef"));
   }
 };
 

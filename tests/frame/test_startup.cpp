@@ -8,7 +8,11 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QFileInfo>
+#include <QScopeGuard>
 #include <QTest>
+
+#include <sys/stat.h>
 
 using namespace minutor;
 
@@ -106,11 +110,12 @@ class TestStartUp : public QObject {
     shipped.write(QStringLiteral("Tarife/A - B.tel"), "[Providerdaten]\r\n");
     shipped.write(QStringLiteral("Servers.dat"), "http://example.invalid\r\n");
     test::TempDataDir data;
+    data.write(QStringLiteral("Verbindungen/01032026-120000.con.AbCdEf"), "a save cut short");
     AppState state;
     state.Restfrei = QStringLiteral("01:00:00");
     RunStartSteps(data.dir(), shipped.path(), state);
-    QCOMPARE(allFiles(data), (QStringList{"Benutzer/Supervisor.bdg", "Benutzer/Supervisor.usr", "Servers.dat",
-                                          "Tarife/A - B.tel"}));
+    QCOMPARE(allFiles(data), (QStringList{"Benutzer/Supervisor.bdg", "Benutzer/Supervisor.usr",
+                                          "Config/Shipped.cfg", "Servers.dat", "Tarife/A - B.tel"}));
     QVERIFY(state.MonitoringOn);
     QCOMPARE(state.Restfrei, QStringLiteral("-"));
     QCOMPARE(state.Waehrung, QStringLiteral("€"));
@@ -121,6 +126,21 @@ class TestStartUp : public QObject {
     test::TempDataDir other;
     SingleInstance first(data.path()), second(data.path()), elsewhere(other.path());
     QVERIFY(first.TryAcquire() && !second.TryAcquire() && elsewhere.TryAcquire());
+
+    // The lock lies where no other account can put one first: the session's
+    // own runtime folder, else the data directory.
+    const QByteArray oldRuntime = qgetenv("XDG_RUNTIME_DIR");
+    const auto restore = qScopeGuard([&] { qputenv("XDG_RUNTIME_DIR", oldRuntime); });
+    QVERIFY(QFile::setPermissions(other.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    const QString shared = other.path(QStringLiteral("shared"));
+    QVERIFY(QDir().mkdir(shared) && ::chmod(QFile::encodeName(shared).constData(), 01777) == 0);
+    for (const auto& [runtime, folder] : {std::pair{QByteArray(), data.path()},
+                                          {"relative", data.path()},
+                                          {shared.toUtf8(), data.path()},
+                                          {other.path().toUtf8(), other.path()}}) {
+      qputenv("XDG_RUNTIME_DIR", runtime);
+      QCOMPARE(QFileInfo(SingleInstance::LockPath(data.path())).absolutePath(), folder);
+    }
   }
 };
 

@@ -22,6 +22,7 @@ class TestConnectionSettings : public QObject {
     Services services{state, data.dir(), clock, prompter};
 
     state.AktuellerTarif = QStringLiteral("A - B.tel");
+    state.ActiveUser = QStringLiteral("Supervisor");
     QVERIFY(TarifCheck(services));
     QVERIFY(prompter.messages.isEmpty());
     QVERIFY(!data.dir().FileExists(QStringLiteral("Config/Monitoring.cfg")));

@@ -6,11 +6,13 @@
 #include "metering/Meter.h"
 #include "metering/MeterHooks.h"
 #include "metering/Prerun.h"
+#include "metering/RecordingCheckpoint.h"
 #include "metering/TrafficSource.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
 #include "tariffs/TariffText.h"
 
+#include <QDir>
 #include <QTest>
 
 #include <functional>
@@ -81,6 +83,8 @@ struct Recording {
   Recording(const test::TempDataDir& data, const QString& tariff, const QDateTime& start)
       : clock(start), services{state, data.dir(), clock, prompter}, meter(services, traffic, hooks) {
     state.AktuellerTarif = tariff;
+    state.RestfreiTarif = tariff;
+    state.ActiveUser = QStringLiteral("Supervisor");
   }
 
   // Counter_Start and the first tick, at the same moment.
@@ -393,7 +397,9 @@ class TestMeter : public QObject {
     const QString file = timeTariff(QStringLiteral("Takt - Folge.tel"));
     Recording r(data, QStringLiteral("Ab"), At(1, 6, 30));
     r.state.DayLimitOn = true;
-    // The tariff of the dial-up entry takes the place of the chosen one.
+    r.state.Restfrei = QStringLiteral("499:59:45");
+    // The tariff of the dial-up entry takes the place of the chosen one,
+    // and the chosen one's free time goes with it.
     r.hooks.detect = [&](DetectedConnection& c) {
       c = {QStringLiteral("Arcor"), QStringLiteral("ISDN"), 7};
       r.state.AktuellerTarif = file;
@@ -408,6 +414,7 @@ class TestMeter : public QObject {
     QCOMPARE(r.hooks.calls.mid(7), (QStringList{"UpdateSmallWindow", "CheckDayLimit", "CheckBudget"}));
     QCOMPARE(r["lblConnectionSpeed"], QStringLiteral("ISDN"));
     QCOMPARE(r.meter.Fields().ConnectionHandle, 7);
+    QCOMPARE(r.state.Restfrei, QStringLiteral("-"));
     QCOMPARE(r["lblKosten"], Euro("0.060"));
   }
 
@@ -441,6 +448,89 @@ class TestMeter : public QObject {
     QCOMPARE(r["lblDauer"], QStringLiteral("00:00:05"));
     r.meter.Counter_Stop();
     QCOMPARE(r.meter.Fields().Einheiten, 0);
+  }
+  void aCrashLosesAtMostTheLastMinute() {
+    test::TempDataDir crash;
+    crash.write(QStringLiteral("Tarife/Takt - Minute.tel"),
+                test::Crlf(test::TimeHead("60/60", "0") + test::Zone(0, 24, "6", false)));
+    crash.write(QStringLiteral("Tarife/Takt - Sekunde.tel"),
+                test::Crlf(test::TimeHead("1/1", "0") + test::Zone(0, 24, "6", false)));
+    crash.write(
+        QStringLiteral("Tarife/Volumen - Mega.tel"),
+        test::Crlf({"[Providerdaten]", "Volumenabrechnung:Ja", "Volumenkosten:10", "Volumeneinheit:1"}));
+    auto duration = [&](const QString& name) {
+      return ReadRecordFields(crash.path(QStringLiteral("Verbindungen/") + name))
+          .value_or(QList<QByteArray>())
+          .value(2);
+    };
+    // Ticks run, then the process dies: the next start makes the record from
+    // the last checkpoint (at the first tick, every minute, every charge).
+    struct Case {
+      const char* tariff;
+      int ticks;
+      QByteArray saved;
+    };
+    const QList<Case> cases = {{"Takt - Minute.tel", 30, "00:00:01"},
+                               {"Takt - Minute.tel", 119, "00:01:01"},
+                               {"Takt - Sekunde.tel", 77, "00:01:17"},
+                               {"Volumen - Mega.tel", 70, "00:01:01"}};
+    int hour = 1;
+    for (const Case& c : cases) {
+      const QString name = QStringLiteral("05012024-0%1").arg(hour) + QStringLiteral("0000.con");
+      {
+        Recording r(crash, QString::fromLatin1(c.tariff), At(5, hour++));
+        r.traffic.set(300000, 0);
+        r.start();
+        r.tickTo(c.ticks);
+        QVERIFY(!crash.dir().FileExists(QStringLiteral("Verbindungen/") + name));
+      }
+      test::RecordingPrompter prompter;
+      RecoverCheckpoint(crash.dir(), prompter);
+      QCOMPARE(duration(name), c.saved);
+      QCOMPARE(prompter.messages.size(), 1);
+      QVERIFY(prompter.messages.first().contains(QString::fromLatin1(c.saved)));
+      QVERIFY(!crash.dir().FileExists(kCheckpointFile));
+    }
+    QCOMPARE(LoadPrerun(crash.dir(), QStringLiteral("Volumen - Mega.tel")), 700.0f);
+
+    // A normal stop leaves the record and no checkpoint; one that can't be
+    // saved keeps its final values for the next start.
+    Recording stopped(crash, QStringLiteral("Takt - Minute.tel"), At(6, 1));
+    stopped.start();
+    stopped.tickTo(10);
+    stopped.meter.Counter_Stop();
+    QCOMPARE(duration(QStringLiteral("06012024-010000.con")), QByteArray("00:00:10"));
+    QVERIFY(!crash.dir().FileExists(kCheckpointFile));
+    QVERIFY(QDir(crash.path(QStringLiteral("Verbindungen"))).removeRecursively());
+    crash.write(QStringLiteral("Verbindungen"), "a file in the folder's place");
+    Recording failed(crash, QStringLiteral("Takt - Minute.tel"), At(6, 2));
+    failed.start();
+    failed.tickTo(10);
+    failed.meter.Counter_Stop();
+    QCOMPARE(failed.prompter.messages, QStringList{SaveConnectionError(1)});
+    QVERIFY(QFile::remove(crash.path(QStringLiteral("Verbindungen"))));
+    test::RecordingPrompter prompter;
+    RecoverCheckpoint(crash.dir(), prompter);
+    QCOMPARE(duration(QStringLiteral("06012024-020000.con")), QByteArray("00:00:10"));
+
+    // A record the stop had written is kept; a checkpoint that is no
+    // checkpoint goes; a trial run writes none.
+    for (const QByteArray& leftover : {QByteArray("garbage\r\n"), QByteArray()}) {
+      Recording r(crash, QStringLiteral("Takt - Minute.tel"), At(6, 2));
+      r.start();
+      r.tickTo(5);
+      if (!leftover.isEmpty()) {
+        crash.write(kCheckpointFile, leftover);
+      }
+      RecoverCheckpoint(crash.dir(), prompter);
+      QCOMPARE(duration(QStringLiteral("06012024-020000.con")), QByteArray("00:00:10"));
+      QVERIFY(!crash.dir().FileExists(kCheckpointFile));
+    }
+    QCOMPARE(prompter.messages.size(), 1);
+    Recording trial(crash, QStringLiteral("Takt - Minute.tel"), At(6, 3));
+    trial.meter.SetWritesFiles(false);
+    trial.start();
+    QVERIFY(!crash.dir().FileExists(kCheckpointFile));
   }
 };
 

@@ -10,6 +10,9 @@ void RecordingPrompter::Message(const QString& text, Icon icon, const QString&) 
 Prompter::Answer RecordingPrompter::Ask(const QString& text, const QString&, bool) {
   messages.append(text);
   icons.append(Icon::Question);
+  if (whileAsking) {
+    whileAsking();
+  }
   return answers.isEmpty() ? Answer::Cancel : answers.takeFirst();
 }
 
@@ -20,6 +23,15 @@ std::optional<QString> RecordingPrompter::AskPassword(const QString& text, const
     return std::nullopt;
   }
   return passwords.takeFirst();
+}
+
+std::optional<QString> RecordingPrompter::AskText(const QString& text, const QString&) {
+  messages.append(text);
+  icons.append(Icon::Question);
+  if (texts.isEmpty()) {
+    return std::nullopt;
+  }
+  return texts.takeFirst();
 }
 
 }  // namespace minutor::test

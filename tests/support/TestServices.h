@@ -12,7 +12,10 @@ namespace minutor::test {
 // the program's values, a clock standing at a moment and a prompter that
 // remembers what it was asked.
 struct TestServices {
-  explicit TestServices(const QDateTime& now = QDateTime(QDate(2026, 11, 23), QTime(10, 0))) : clock(now) {}
+  // The program has chosen its user, as after the start.
+  explicit TestServices(const QDateTime& now = QDateTime(QDate(2026, 11, 23), QTime(10, 0))) : clock(now) {
+    state.ActiveUser = QStringLiteral("Supervisor");
+  }
 
   TempDataDir data;
   AppState state;

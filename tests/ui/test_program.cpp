@@ -1,37 +1,150 @@
+#include "metering/ConnectionRecord.h"
+#include "metering/RecordingCheckpoint.h"
+#include "support/PrivateBus.h"
+
 #include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
-// Starts the real program on an empty data directory and ends it the way the
-// desktop session does.
+#include <csignal>
+
+#include <sys/stat.h>
+
+using namespace minutor;
+
+// Starts the real program on a data directory of its own and ends it the way
+// the desktop session does, or kills it.
 class TestProgram : public QObject {
   Q_OBJECT
 
- private slots:
-  void firstStartLaysOutTheDataAndClosesCleanly() {
-    QTemporaryDir home;
+  QTemporaryDir home_;
+  ::test::PrivateBus bus_;
+  bool hasNetworkManager_ = false;
+
+  QString data(const QString& relative = {}) const {
+    return home_.path() + QStringLiteral("/minutor") +
+           (relative.isEmpty() ? QString() : QLatin1Char('/') + relative);
+  }
+
+  void write(const QString& relative, const QByteArray& bytes) const {
+    QDir().mkpath(QFileInfo(data(relative)).absolutePath());
+    QFile file(data(relative));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+  }
+
+  void start(QProcess& program) const {
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("XDG_DATA_HOME"), home.path());
-    env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home.path());
+    env.insert(QStringLiteral("XDG_DATA_HOME"), home_.path());
+    env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home_.path());
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    QProcess program;
+    if (hasNetworkManager_) {
+      env.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), bus_.address());
+    }
     program.setProcessEnvironment(env);
+    program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     program.start(QStringLiteral(MINUTOR_EXECUTABLE), QStringList());
     QVERIFY(program.waitForStarted());
+  }
 
-    const QString data = home.path() + QStringLiteral("/minutor");
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(data + QStringLiteral("/Benutzer/Supervisor.bdg")), 20000);
-    QVERIFY(QFile::exists(data + QStringLiteral("/Benutzer/Supervisor.usr")));
-    QVERIFY(!QDir(data + QStringLiteral("/Tarife")).entryList(QStringList{"*.tel"}).isEmpty());
-    QVERIFY(QFile::exists(data + QStringLiteral("/Servers.dat")));
-    QVERIFY(QFile::exists(data + QStringLiteral("/Sounds/Standard.wav")));
-    QCOMPARE(program.state(), QProcess::Running);
-
+  // SIGTERM, as at the end of the session: the program ends by itself.
+  static void endSession(QProcess& program) {
     program.terminate();
     QVERIFY(program.waitForFinished(10000));
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.exitCode(), 0);
+  }
+
+  QStringList records() const { return QDir(data(kRecordFolder)).entryList(QDir::Files); }
+
+  static QString mode(const QString& path) {
+    struct stat info {};
+    ::stat(QFile::encodeName(path).constData(), &info);
+    return QString::number(info.st_mode & 0777, 8);
+  }
+
+ private slots:
+  void initTestCase() {
+    QVERIFY(QFile::setPermissions(home_.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    hasNetworkManager_ = bus_.Start(QStringLiteral("program")) &&
+                         bus_.StartMock({QStringLiteral("-t"), QStringLiteral("networkmanager")},
+                                        QStringLiteral("org.freedesktop.NetworkManager")) != nullptr;
+  }
+
+  void firstStartLaysOutTheDataAndClosesCleanly() {
+    QProcess program;
+    start(program);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(data(QStringLiteral("Benutzer/Supervisor.bdg"))), 20000);
+    QVERIFY(QFile::exists(data(QStringLiteral("Benutzer/Supervisor.usr"))));
+    QVERIFY(!QDir(data(QStringLiteral("Tarife"))).entryList(QStringList{"*.tel"}).isEmpty());
+    QVERIFY(QFile::exists(data(QStringLiteral("Servers.dat"))));
+    QVERIFY(QFile::exists(data(QStringLiteral("Sounds/Standard.wav"))));
+    // The passwords' files for this account only.
+    QCOMPARE(mode(data()), QStringLiteral("700"));
+    QCOMPARE(mode(data(QStringLiteral("Benutzer/Supervisor.usr"))), QStringLiteral("600"));
+    QCOMPARE(program.state(), QProcess::Running);
+
+    // A second start says so in a box; the session's end doesn't wait for
+    // anyone to close it.
+    QProcess second;
+    start(second);
+    QTest::qWait(1000);
+    QCOMPARE(second.state(), QProcess::Running);
+    endSession(second);
+    endSession(program);
+  }
+
+  // Killed in the middle of a recording or while it is being saved, the
+  // program finds exactly one record of the connection at its next start,
+  // with the duration of its last checkpoint at worst.
+  void aKillLosesNoRecord() {
+    if (!hasNetworkManager_) {
+      QSKIP("no private bus with python3-dbusmock's NetworkManager here");
+    }
+    // A tariff chosen, and the detection that takes the machine for online.
+    write(QStringLiteral("Config/Overview.cfg"), "\r\nSupervisor\r\nFunkwelle\r\nM - Tag und Nacht\r\n");
+    write(QStringLiteral("Config/ConCheck.cfg"), " 0 \r\n 1 \r\n 0 \r\n 0 \r\n 1 \r\n");
+    // SIGKILL in the middle of the recording, then at moments ever closer to
+    // the session's end, when the record is being written.
+    const QList<int> delays = {-1, 0, 1, 3, 10, 30};
+    for (int i = 0; i < delays.size(); ++i) {
+      write(QStringLiteral("Config/Monitoring.cfg"), " 1 \r\n");
+      QElapsedTimer running;
+      running.start();
+      QProcess program;
+      start(program);
+      QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(data(kCheckpointFile)), 20000);
+      QTest::qWait(1500);
+      if (delays[i] >= 0) {
+        ::kill(static_cast<pid_t>(program.processId()), SIGTERM);
+        QTest::qWait(delays[i]);
+      }
+      program.kill();
+      program.waitForFinished(10000);
+      QCOMPARE(program.state(), QProcess::NotRunning);
+      const qint64 seconds = running.elapsed() / 1000 + 1;
+
+      // The next start makes the record and tells so in a box, which the
+      // session's end closes.
+      write(QStringLiteral("Config/Monitoring.cfg"), " 0 \r\n");
+      QProcess again;
+      start(again);
+      QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(data(kCheckpointFile)) && records().size() == i + 1, 20000);
+      QTest::qWait(500);
+      endSession(again);
+      QCOMPARE(QDir(data(kRecordFolder)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), i + 1);
+
+      const auto fields = ReadRecordFields(data(kRecordFolder + QLatin1Char('/') + records().last()));
+      QVERIFY(fields && fields->size() == 11);
+      const QList<QByteArray> duration = fields->at(2).split(':');
+      const qint64 recorded = duration.value(0).toLongLong() * 3600 + duration.value(1).toLongLong() * 60 +
+                              duration.value(2).toLongLong();
+      QVERIFY2(recorded >= 1 && recorded <= seconds, fields->at(2).constData());
+      QCOMPARE(fields->at(9), QByteArray("Funkwelle - Tag und Nacht.tel"));
+    }
   }
 };
 

@@ -6,6 +6,7 @@
 #include "frame/Options.h"
 #include "frame/Prompter.h"
 #include "frame/Services.h"
+#include "frame/ui/WrappingCheckBox.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -45,8 +46,16 @@ QListWidgetItem* AddCheckedItem(QListWidget* list, const QString& text, bool che
   return item;
 }
 
+// A list of three lines; it scrolls when it holds more.
+QListWidget* ShortList(const QString& name) {
+  auto* list = new QListWidget;
+  list->setObjectName(name);
+  list->setFixedHeight(3 * list->fontMetrics().height() + 2 * list->frameWidth());
+  return list;
+}
+
 QCheckBox* AddCheck(QLayout* layout, const QString& name, const QString& text) {
-  auto* box = new QCheckBox(text);
+  auto* box = new WrappingCheckBox(text);
   box->setObjectName(name);
   layout->addWidget(box);
   return box;
@@ -62,17 +71,15 @@ OptionsPanel::OptionsPanel(Services& services, RemoteAccess* remote, QWidget* pa
 }
 
 void OptionsPanel::BuildControls() {
-  auto* grid = new QGridLayout(this);
-
-  auto* currencyBox = new QGroupBox(QStringLiteral("Währung"));
-  auto* currencyLayout = new QHBoxLayout(currencyBox);
+  auto* currencyRow = new QHBoxLayout;
   currency_ = new QComboBox;
   currency_->setObjectName(QStringLiteral("Combo1_0"));
   currency_->addItems(CurrencyNames());
-  currencyLayout->addWidget(currency_);
   example_ = new QLabel;
   example_->setObjectName(QStringLiteral("Label1"));
-  currencyLayout->addWidget(example_, 1);
+  currencyRow->addWidget(new QLabel(QStringLiteral("Währung:")));
+  currencyRow->addWidget(currency_);
+  currencyRow->addWidget(example_, 1);
 
   auto* startBox = new QGroupBox(QStringLiteral("Start"));
   auto* startLayout = new QVBoxLayout(startBox);
@@ -90,42 +97,55 @@ void OptionsPanel::BuildControls() {
                      "Programme zu. (Gilt nur für von Minutor aufgebaute Verbindungen)"));
   programsText->setWordWrap(true);
   programsLayout->addWidget(programsText);
-  samePrograms_ = AddCheck(programsLayout, QStringLiteral("Check1"),
+  auto* choice = new QHBoxLayout;
+  samePrograms_ = AddCheck(choice, QStringLiteral("Check1"),
                            QStringLiteral("Für alle Verbindungen die selben Programme"));
   entry_ = new QComboBox;
   entry_->setObjectName(QStringLiteral("Combo1_1"));
-  programsLayout->addWidget(entry_);
-  programs_ = new QListWidget;
-  programs_->setObjectName(QStringLiteral("List1"));
-  programsLayout->addWidget(programs_, 1);
-  auto* buttons = new QHBoxLayout;
+  choice->addWidget(entry_, 1);
+  programsLayout->addLayout(choice);
+  programs_ = ShortList(QStringLiteral("List1"));
   add_ = new QPushButton(QStringLiteral("Programm hinzufügen"));
   add_->setObjectName(QStringLiteral("Command1"));
   remove_ = new QPushButton(QStringLiteral("Programm entfernen"));
   remove_->setObjectName(QStringLiteral("Command2"));
+  auto* buttons = new QVBoxLayout;
   buttons->addWidget(add_);
   buttons->addWidget(remove_);
-  programsLayout->addLayout(buttons);
+  buttons->addStretch(1);
+  auto* list = new QHBoxLayout;
+  list->addWidget(programs_, 1);
+  list->addLayout(buttons);
+  programsLayout->addLayout(list, 1);
 
   auto* guardBox = new QGroupBox(QStringLiteral("Dialer-Schutz"));
-  auto* guardLayout = new QGridLayout(guardBox);
-  onlyMarked_ = new QCheckBox(QStringLiteral("Nur die markierten DFÜ Einträge zulassen:"));
+  auto* guardLayout = new QVBoxLayout(guardBox);
+  onlyMarked_ = new WrappingCheckBox(QStringLiteral("Nur die markierten DFÜ Einträge zulassen:"));
   onlyMarked_->setObjectName(QStringLiteral("Check2_3"));
-  guardLayout->addWidget(onlyMarked_, 0, 0);
+  guardLayout->addWidget(onlyMarked_);
+  guardList_ = ShortList(QStringLiteral("List2"));
   auto* more = new QLabel(QStringLiteral("<a href=\"mehr\">&gt;&gt; mehr</a>"));
   more->setObjectName(QStringLiteral("Label3"));
-  guardLayout->addWidget(more, 1, 0, Qt::AlignTop);
-  guardList_ = new QListWidget;
-  guardList_->setObjectName(QStringLiteral("List2"));
-  guardLayout->addWidget(guardList_, 0, 1, 2, 1);
-  guardLayout->setColumnStretch(1, 1);
+  auto* guardRow = new QHBoxLayout;
+  guardRow->addWidget(guardList_, 1);
+  guardRow->addWidget(more, 0, Qt::AlignBottom);
+  guardLayout->addLayout(guardRow);
 
-  // One column: the panel is narrow in the main window, and a scroll area
-  // around it takes what doesn't fit in height.
-  grid->addWidget(currencyBox, 0, 0);
+  // The settings of the program side by side, the programs it starts below
+  // them: the window shows everything without scrolling.
+  auto* grid = new QGridLayout(this);
+  grid->setContentsMargins(4, 4, 4, 4);
+  grid->setSpacing(4);
+  for (QLayout* inner : {startBox->layout(), programsBox->layout(), guardBox->layout()}) {
+    inner->setContentsMargins(6, 4, 6, 4);
+    inner->setSpacing(3);
+  }
+  grid->addLayout(currencyRow, 0, 0, 1, 2);
   grid->addWidget(startBox, 1, 0);
-  grid->addWidget(programsBox, 2, 0);
-  grid->addWidget(guardBox, 3, 0);
+  grid->addWidget(guardBox, 1, 1);
+  grid->addWidget(programsBox, 2, 0, 1, 2);
+  grid->setColumnStretch(0, 3);
+  grid->setColumnStretch(1, 2);
   grid->setRowStretch(2, 1);
 
   connect(currency_, &QComboBox::currentIndexChanged, this, [this] {
@@ -240,11 +260,12 @@ void OptionsPanel::OnAutostartClicked(bool on) {
   SetAutostart(on, QCoreApplication::applicationFilePath(), services_.prompter);
 }
 
-// The list on show changes with the box; the lists on disk stay as they were.
+// The list on show stays and is written to the list the box now selects, as
+// any change of the list is.
 void OptionsPanel::OnSameProgramsClicked() {
   entry_->setEnabled(!samePrograms_->isChecked());
   SaveOptions();
-  LoadPrograms();
+  SavePrograms();
 }
 
 void OptionsPanel::AddProgram(const QString& path) {
@@ -260,7 +281,8 @@ void OptionsPanel::AddProgram(const QString& path) {
 void OptionsPanel::OnAddClicked() {
   AddProgram(QFileDialog::getOpenFileName(
       this, QStringLiteral("Programm suchen..."), QDir::rootPath(),
-      QStringLiteral("Programmdateien (*);;Anwendungen (*.desktop);;Batch Dateien (*.sh);;Alle Dateien (*)")));
+      QStringLiteral(
+          "Programmdateien (*);;Anwendungen (*.desktop);;Batch Dateien (*.sh);;Alle Dateien (*)")));
 }
 
 void OptionsPanel::OnRemoveClicked() {

@@ -3,6 +3,7 @@
 #include "detection/RemoteAccess.h"
 #include "detection/ui/StatusDialog.h"
 #include "frame/AppState.h"
+#include "frame/Prompter.h"
 #include "frame/Services.h"
 #include "frame/datadir/Names.h"
 #include "frame/datadir/NoteFile.h"
@@ -91,6 +92,7 @@ void OverviewPanel::BuildControls() {
   barOverview1_->setRange(0, 1000);
   barOverview1_->setTextVisible(false);
   barOverview1_->setMaximumHeight(12);
+  barOverview1_->setMinimumWidth(30);
   lblOverview9_ = new QLabel(tarif);
   lblOverview9_->setObjectName(QStringLiteral("lblOverview(9)"));
 
@@ -101,18 +103,46 @@ void OverviewPanel::BuildControls() {
   tarifGrid->addWidget(comTarif_, 1, 1, 1, 2);
   tarifGrid->addWidget(Caption(QStringLiteral("Aktueller Preis:"), tarif), 2, 0);
   tarifGrid->addWidget(lblOverview0_, 2, 1, 1, 2);
+  // The allowance, its bar and its share stand in one row, so that the
+  // panel keeps room for the budget at any font size.
+  auto* allowanceRow = new QHBoxLayout;
+  allowanceRow->addWidget(lblOverview1_);
+  allowanceRow->addWidget(barOverview1_, 1);
+  allowanceRow->addWidget(lblOverview9_);
   tarifGrid->addWidget(Label1_36_, 3, 0);
-  tarifGrid->addWidget(lblOverview1_, 3, 1, 1, 2);
-  tarifGrid->addWidget(barOverview1_, 4, 1);
-  tarifGrid->addWidget(lblOverview9_, 4, 2);
+  tarifGrid->addLayout(allowanceRow, 3, 1, 1, 2);
   tarifGrid->setColumnStretch(1, 1);
 
   auto* benutzer = new QGroupBox(QStringLiteral("Benutzer und Budget"), this);
   comOverviewUser_ = new QComboBox(benutzer);
   comOverviewUser_->setObjectName(QStringLiteral("comOverviewUser"));
-  auto* benutzerRow = new QHBoxLayout(benutzer);
-  benutzerRow->addWidget(Caption(QStringLiteral("Benutzer:"), benutzer));
-  benutzerRow->addWidget(comOverviewUser_, 1);
+  lblPeriod_ = new QLabel(benutzer);
+  lblPeriod_->setObjectName(QStringLiteral("lblZeitraum"));
+  auto* benutzerGrid = new QGridLayout(benutzer);
+  benutzerGrid->addWidget(Caption(QStringLiteral("Benutzer:"), benutzer), 0, 0);
+  comOverviewUser_->setMinimumWidth(90);
+  benutzerGrid->addWidget(comOverviewUser_, 0, 1);
+  benutzerGrid->addWidget(lblPeriod_, 0, 2, 1, 2, Qt::AlignRight);
+  const char* budgetCaptions[3] = {"Heute:", "Dieser Monat:", "Definierter Zeitraum:"};
+  for (int i = 0; i < 3; ++i) {
+    const auto k = static_cast<std::size_t>(i);
+    lblBudgetRest_[k] = new QLabel(benutzer);
+    lblBudgetRest_[k]->setObjectName(QStringLiteral("lblOverview(%1)").arg(i + 2));
+    barBudget_[k] = new QProgressBar(benutzer);
+    barBudget_[k]->setObjectName(QStringLiteral("barOverview(%1)").arg(i + 2));
+    barBudget_[k]->setRange(0, 100);
+    barBudget_[k]->setTextVisible(false);
+    barBudget_[k]->setMaximumHeight(12);
+    barBudget_[k]->setMinimumWidth(30);
+    lblBudgetPercent_[k] = new QLabel(benutzer);
+    lblBudgetPercent_[k]->setObjectName(QStringLiteral("lblOverview(%1)").arg(i + 6));
+    benutzerGrid->addWidget(Caption(QString::fromUtf8(budgetCaptions[i]), benutzer), i + 1, 0);
+    benutzerGrid->addWidget(lblBudgetRest_[k], i + 1, 1, Qt::AlignRight);
+    benutzerGrid->addWidget(barBudget_[k], i + 1, 2);
+    benutzerGrid->addWidget(lblBudgetPercent_[k], i + 1, 3, Qt::AlignRight);
+  }
+  benutzerGrid->setColumnStretch(2, 1);
+  benutzerGrid->setVerticalSpacing(1);
 
   Check1_ = new QCheckBox(QStringLiteral("Überwachung"), this);
   Check1_->setObjectName(QStringLiteral("Check1"));
@@ -136,11 +166,18 @@ void OverviewPanel::BuildControls() {
   Notiz_->setObjectName(QStringLiteral("Notiz"));
   auto* notizLayout = new QVBoxLayout(notizen);
   notizLayout->addWidget(Notiz_);
+  // The window keeps its size at any font: the note gives up its height
+  // first, so that the rows above keep theirs.
+  Notiz_->setMinimumHeight(Notiz_->fontMetrics().lineSpacing() * 2);
+  notizen->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
 
   // The frame gives the panel about 470 x 400 pixels; the groups keep tight.
   for (QGroupBox* group : {einwahl, tarif, benutzer, notizen}) {
     group->layout()->setContentsMargins(6, 4, 6, 4);
     group->layout()->setSpacing(4);
+  }
+  for (QGroupBox* group : {einwahl, tarif, benutzer}) {
+    group->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   }
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(4, 4, 4, 4);
@@ -170,7 +207,14 @@ void OverviewPanel::BuildControls() {
 
 void OverviewPanel::LoadNote() {
   noteLoading_ = true;
-  Notiz_->setPlainText(minutor::LoadNote(services_.dir));
+  bool whole = true;
+  Notiz_->setPlainText(minutor::LoadNote(services_.dir, &whole));
+  // Only the beginning of a huge note is shown; saving it would cut off the
+  // rest, so such a note is not edited here.
+  Notiz_->setReadOnly(!whole);
+  Notiz_->setToolTip(whole ? QString()
+                           : QStringLiteral("Die Notiz ist zu lang, um sie hier zu bearbeiten; gezeigt wird "
+                                            "nur ihr Anfang."));
   noteLoading_ = false;
 }
 
@@ -217,6 +261,14 @@ void OverviewPanel::ShowSelection() {
   lblOverview9_->setVisible(allowance.barVisible);
   lblOverview9_->setText(allowance.percentText);
 
+  const auto& budget = selection_.Budget();
+  for (std::size_t i = 0; i < 3; ++i) {
+    lblBudgetRest_[i]->setText(budget ? (*budget)[i].rest : QStringLiteral("0.00 ") + state.Waehrung);
+    lblBudgetPercent_[i]->setText(budget ? (*budget)[i].percent : QString());
+    barBudget_[i]->setValue(budget ? (*budget)[i].bar : 0);
+  }
+  lblPeriod_->setText(selection_.PeriodText());
+
   Check1_->setEnabled(!selection_.MonitoringLocked());
   Check1_->setChecked(state.MonitoringOn);
   chkFeiertag_->setChecked(state.FeiertagAktiv);
@@ -229,6 +281,10 @@ void OverviewPanel::OnEntryChosen(int index) {
 }
 
 void OverviewPanel::OnDialClicked() {
+  if (const QString refusal = selection_.DialRefusal(); !refusal.isEmpty()) {
+    services_.prompter.Message(refusal, Prompter::Icon::Information);
+    return;
+  }
   if (remote_ == nullptr || selection_.Entry().isEmpty()) {
     return;
   }

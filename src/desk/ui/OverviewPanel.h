@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <array>
+
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -76,6 +78,11 @@ class OverviewPanel : public QWidget {
   QProgressBar* barOverview1_ = nullptr;
   QLabel* lblOverview9_ = nullptr;
   QComboBox* comOverviewUser_ = nullptr;
+  // The budget rests of day, month and period: rest, bar, percentage.
+  std::array<QLabel*, 3> lblBudgetRest_{};
+  std::array<QProgressBar*, 3> barBudget_{};
+  std::array<QLabel*, 3> lblBudgetPercent_{};
+  QLabel* lblPeriod_ = nullptr;
   QCheckBox* Check1_ = nullptr;
   QCheckBox* chkFeiertag_ = nullptr;
   QCheckBox* chkKanalbuendelung_ = nullptr;

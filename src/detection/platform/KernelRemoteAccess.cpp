@@ -10,6 +10,9 @@
 #include <QRegularExpression>
 #include <QTimer>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace minutor {
 
 namespace {
@@ -62,6 +65,17 @@ QStringList KernelRemoteAccess::GetEntries() {
     entries.append(name);
   }
   return entries;
+}
+
+QString KernelRemoteAccess::PeerConnectLine(const QString& entry) const {
+  const QStringList lines = ReadSmallFile(paths_.peers + QLatin1Char('/') + entry).split(QLatin1Char('\n'));
+  for (const QString& line : lines) {
+    const QStringList words = Words(line);
+    if (words.value(0) == QLatin1String("connect")) {
+      return words.value(1);
+    }
+  }
+  return {};
 }
 
 bool KernelRemoteAccess::IsEntry(const QString& entry) const {
@@ -170,12 +184,40 @@ QString KernelRemoteAccess::DialEntry(const QString& entry, const RasDialParams&
     return {};
   }
   QStringList arguments{entry};
-  // pppd takes another user on its command line; a password there would be
-  // readable by everybody, so passwords stay in the secrets files.
   if (!params.Benutzer.isEmpty() && params.Benutzer != stored->Benutzer) {
     arguments << QStringLiteral("user") << params.Benutzer;
   }
-  if (!QProcess::startDetached(paths_.pon, arguments)) {
+  // Another number goes to the peer's chat script as its \T. pppd runs the
+  // connect line through a shell, so only a plain dial string is passed on.
+  static const QRegularExpression dialString(QStringLiteral("^[0-9*#+,]+$"));
+  const QString number = QString(params.Telefon).remove(QLatin1Char(' '));
+  const QString connectLine = PeerConnectLine(entry);
+  if (!number.isEmpty() && number != stored->Telefon && !connectLine.isEmpty() &&
+      dialString.match(number).hasMatch()) {
+    arguments << QStringLiteral("connect") << connectLine + QStringLiteral(" -T ") + number;
+  }
+  // A password on the command line could be read by every user of the
+  // machine: pppd's passwordfd plugin reads it from a pipe instead, whose
+  // other end is closed before pppd starts.
+  int passwordPipe[2] = {-1, -1};
+  const bool ownPassword =
+      !params.Passwort.isEmpty() && (!stored->passwordStored || params.Passwort != stored->Passwort);
+  if (ownPassword && ::pipe2(passwordPipe, O_CLOEXEC) == 0) {
+    const QByteArray password = params.Passwort.toLocal8Bit();
+    const bool written = ::write(passwordPipe[1], password.constData(), password.size()) == password.size();
+    ::close(passwordPipe[1]);
+    if (!written || ::fcntl(passwordPipe[0], F_SETFD, 0) != 0) {
+      ::close(passwordPipe[0]);
+      return {};
+    }
+    arguments << QStringLiteral("plugin") << QStringLiteral("passwordfd.so") << QStringLiteral("passwordfd")
+              << QString::number(passwordPipe[0]);
+  }
+  const bool started = QProcess::startDetached(paths_.pon, arguments);
+  if (passwordPipe[0] >= 0) {
+    ::close(passwordPipe[0]);
+  }
+  if (!started) {
     return {};
   }
   const QStringList before = UpInterfaces();

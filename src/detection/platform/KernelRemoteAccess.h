@@ -48,6 +48,8 @@ class KernelRemoteAccess final : public RemoteAccess {
   QStringList UpInterfaces() const;
   QString EntryOfInterface(const QString& interfaceName) const;
   bool IsEntry(const QString& entry) const;
+  // The command of the peer's connect line; empty when it has none.
+  QString PeerConnectLine(const QString& entry) const;
   void CheckDials();
 
   Paths paths_;

@@ -135,6 +135,9 @@ QList<RasConnection> NetworkManagerRemoteAccess::GetRasConnections() {
       if (connection.interfaceName.isEmpty()) {
         connection.interfaceName = connection.deviceName;
       }
+      // NMMetered: 1 yes, 3 guessed yes.
+      const uint metered = Plain(device.value(QStringLiteral("Metered"))).toUInt();
+      connection.metered = metered == 1 || metered == 3;
     }
     result.append(connection);
   }
@@ -253,22 +256,24 @@ QString NetworkManagerRemoteAccess::DialEntry(const QString& entry, const RasDia
     return {};
   }
   const NMSettings secrets = GetSecrets(*profile);
-  const RasDialParams stored = ParseDialParams(profile->settings, secrets);
-  if (params.Telefon != stored.Telefon || params.Benutzer != stored.Benutzer ||
-      params.Passwort != stored.Passwort) {
-    // The program's own dial data goes into the profile for this session
-    // only; what the user saved in the system stays as it was. The update
-    // replaces the setting's secrets, so the others (a SIM's PIN) go along.
-    NMSettings settings = profile->settings;
-    for (auto setting = secrets.begin(); setting != secrets.end(); ++setting) {
-      for (auto key = setting->begin(); key != setting->end(); ++key) {
-        settings[setting.key()].insert(key.key(), key.value());
-      }
+  // The program's own dial data goes into the profile for this dial only;
+  // the profile gets its own back once the dial is over. The update
+  // replaces the setting's secrets, so the others (a SIM's PIN) go along.
+  NMSettings settings = profile->settings;
+  for (auto setting = secrets.begin(); setting != secrets.end(); ++setting) {
+    for (auto key = setting->begin(); key != setting->end(); ++key) {
+      settings[setting.key()].insert(key.key(), key.value());
     }
-    NMProfileProxy proxy(kService, profile->path, bus_);
-    proxy.setTimeout(kDialTimeoutMs);
-    QDBusPendingReply<> updated = proxy.UpdateUnsaved(BuildDialParams(params, settings));
-    updated.waitForFinished();
+  }
+  std::optional<NMSettings> original;
+  const NMSettings wanted = BuildDialParams(params, settings);
+  if (wanted != settings) {
+    // Dialling with the profile's data instead of the user's would bill the
+    // wrong account: a refused update refuses the dial.
+    if (!UpdateProfile(profile->path, wanted)) {
+      return {};
+    }
+    original = settings;
   }
   manager_->setTimeout(kDialTimeoutMs);
   QDBusPendingReply<QDBusObjectPath> activated =
@@ -277,13 +282,37 @@ QString NetworkManagerRemoteAccess::DialEntry(const QString& entry, const RasDia
   activated.waitForFinished();
   manager_->setTimeout(kReadTimeoutMs);
   if (activated.isError()) {
+    if (original) {
+      UpdateProfile(profile->path, *original);
+    }
     return {};
   }
   const QString handle = activated.value().path();
+  if (original) {
+    toRestore_.insert(handle, {profile->path, *original});
+  }
   WatchDial(handle);
   // The box opens with the first step; the service reports only what follows.
   QTimer::singleShot(0, this, [this, handle] { ReportDial(handle, RasState::OpenPort); });
   return handle;
+}
+
+bool NetworkManagerRemoteAccess::UpdateProfile(const QString& profilePath, const NMSettings& settings) {
+  NMProfileProxy proxy(kService, profilePath, bus_);
+  proxy.setTimeout(kDialTimeoutMs);
+  QDBusPendingReply<> updated = proxy.UpdateUnsaved(settings);
+  updated.waitForFinished();
+  return !updated.isError();
+}
+
+void NetworkManagerRemoteAccess::RestoreProfile(const QString& activePath) {
+  const auto it = toRestore_.constFind(activePath);
+  if (it == toRestore_.constEnd()) {
+    return;
+  }
+  const auto [profilePath, settings] = *it;
+  toRestore_.erase(it);
+  UpdateProfile(profilePath, settings);
 }
 
 void NetworkManagerRemoteAccess::WatchDial(const QString& activePath) {
@@ -319,6 +348,8 @@ void NetworkManagerRemoteAccess::ReportDial(const QString& activePath, quint32 r
     return;
   }
   if (IsRasStateFinal(rasState)) {
+    // Up or failed, the dial needs the program's own data no longer.
+    RestoreProfile(activePath);
     dialling_.remove(activePath);
     bus_.disconnect(kService, activePath, kActiveInterface, QStringLiteral("StateChanged"), this,
                     SLOT(OnActiveStateChanged(uint, uint, QDBusMessage)));
@@ -444,6 +475,7 @@ std::optional<RasConnStatus> NetworkManagerRemoteAccess::GetConnectState(const Q
 }
 
 void NetworkManagerRemoteAccess::RequestHangUp(const QString& handle) {
+  RestoreProfile(handle);
   dialling_.remove(handle);
   QDBusMessage ask =
       QDBusMessage::createMethodCall(kService, kManagerPath, QStringLiteral("org.freedesktop.NetworkManager"),

@@ -65,6 +65,10 @@ class NetworkManagerRemoteAccess final : public RemoteAccess {
   // The secrets of the profile's dial setting; empty when they can't be read.
   NMSettings GetSecrets(const Profile& profile);
   QVariantMap GetAllProperties(const QString& path, const QString& interfaceName);
+  // UpdateUnsaved: the profile changes for the running session, not on disk.
+  bool UpdateProfile(const QString& profilePath, const NMSettings& settings);
+  // Gives the profile of a dial its own settings and secrets back.
+  void RestoreProfile(const QString& activePath);
   void WatchDial(const QString& activePath);
   void RefreshDialDevices(const QString& activePath);
   void ReportDial(const QString& activePath, quint32 rasState);
@@ -75,6 +79,9 @@ class NetworkManagerRemoteAccess final : public RemoteAccess {
   QDBusServiceWatcher* watcher_;
   QHash<QString, QStringList> dialling_;  // active connection -> its devices
   QSet<QString> watchedDevices_;
+  // Dials with data of the program's own: active connection -> the profile
+  // and what it held before.
+  QHash<QString, std::pair<QString, NMSettings>> toRestore_;
 };
 
 }  // namespace minutor

@@ -102,6 +102,22 @@ void ConnectionCheckPanel::BuildControls() {
   ignored->addWidget(IgnoredIPs_, 1);
   ignored->addWidget(Command1_);
 
+  // The explanation of each method would fill more than the frame: it is
+  // the box's tooltip and opens from the link beside it.
+  auto method = [this, group](int index, const QString& explanation) {
+    Check1_[index]->setToolTip(explanation);
+    auto* more = new QLabel(QStringLiteral("<a href=\"mehr\">&gt;&gt; mehr</a>"), group);
+    more->setObjectName(QStringLiteral("lblMehr(%1)").arg(index));
+    more->setToolTip(explanation);
+    connect(more, &QLabel::linkActivated, this, [this, explanation] {
+      services_.prompter.Message(explanation, Prompter::Icon::Information, windowTitle());
+    });
+    auto* row = new QHBoxLayout;
+    row->addWidget(Check1_[index], 1);
+    row->addWidget(more, 0, Qt::AlignTop);
+    return row;
+  };
+
   auto* methods = new QVBoxLayout(group);
   methods->setContentsMargins(6, 4, 6, 4);
   methods->setSpacing(3);
@@ -111,32 +127,31 @@ void ConnectionCheckPanel::BuildControls() {
           "Zählvorgang starten. Sie können alle 3 gleichzeitig aktivieren, aber um die Resourcen Ihres "
           "Computers zu schonen, sollte(n) nur die nötige(n) aktiviert sein."),
       group));
-  methods->addWidget(Check1_[ConCheckBoxes::TAPI]);
-  methods->addWidget(Explanation(
+  methods->addLayout(method(
+      ConCheckBoxes::TAPI,
       QStringLiteral("Nutzt die Windows TAPI Schnittstelle zur Verbindungserkennung. Das DFÜ-Netzwerk sowie "
-                     "spezielle Terminal/Fax Software macht von dieser Schnittstelle gebrauch."),
-      group));
-  methods->addWidget(Check1_[ConCheckBoxes::IE]);
+                     "spezielle Terminal/Fax Software macht von dieser Schnittstelle gebrauch.")));
+  methods->addLayout(
+      method(ConCheckBoxes::IE,
+             QStringLiteral(
+                 "Nutzt die Verbindungserkennung des Internet Explorers. Dazu muß dieser natürlich auf dem "
+                 "System installiert sein. Die LAN/Proxy Variante erkennt manche LAN und Proxy Internet "
+                 "Verbindungen, sollte allerdings nicht auf Computern mit direkter Internetverbindung "
+                 "eingesetzt werden. ES IST IMMER NUR EINE VON BEIDEN METHODEN ZU AKTIVIEREN!")));
   methods->addLayout(lan);
-  methods->addWidget(Explanation(
-      QStringLiteral(
-          "Nutzt die Verbindungserkennung des Internet Explorers. Dazu muß dieser natürlich auf dem "
-          "System installiert sein. Die LAN/Proxy Variante erkennt manche LAN und Proxy Internet "
-          "Verbindungen, sollte allerdings nicht auf Computern mit direkter Internetverbindung "
-          "eingesetzt werden. ES IST IMMER NUR EINE VON BEIDEN METHODEN ZU AKTIVIEREN!"),
-      group));
-  methods->addWidget(Check1_[ConCheckBoxes::IP]);
-  methods->addWidget(Explanation(
-      QStringLiteral(
-          "Beim Zustandekommen einer Internetverbindung wird Ihrem Computer automatisch vom Anbieter "
-          "eine IP Nummer zugewiesen, sozusagen die Empfängeradresse Ihres Computers. Bei dieser "
-          "Methode beginnt der Zählvorgang sobald eine IP Nummer zugewiesen wurde."),
-      group));
-  methods->addWidget(new QLabel(QStringLiteral("Zu ignorierende IPs (z.B. im LAN zugewiesene IPs):"), group));
+  methods->addLayout(
+      method(ConCheckBoxes::IP,
+             QStringLiteral(
+                 "Beim Zustandekommen einer Internetverbindung wird Ihrem Computer automatisch vom Anbieter "
+                 "eine IP Nummer zugewiesen, sozusagen die Empfängeradresse Ihres Computers. Bei dieser "
+                 "Methode beginnt der Zählvorgang sobald eine IP Nummer zugewiesen wurde.")));
+  methods->addWidget(
+      Explanation(QStringLiteral("Zu ignorierende IPs (z.B. im LAN zugewiesene IPs):"), group));
   methods->addLayout(ignored);
 
   auto* important =
       new QLabel(QStringLiteral("WICHTIG: Minutor muss vor Verbindungsaufbau gestartet werden."), this);
+  important->setWordWrap(true);
   QFont bold = important->font();
   bold.setBold(true);
   important->setFont(bold);

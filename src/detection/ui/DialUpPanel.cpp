@@ -130,12 +130,16 @@ void DialUpPanel::BuildControls() {
             "der Daten erfolgt also auf eigene Gefahr."),
         Prompter::Icon::Information, kTitle);
   });
-  fields->addRow(QString(), hints);
 
   auto* group = new QGroupBox(QStringLiteral("Tarifzuordnung:"), this);
   comAnbieter_ = TextCombo(QStringLiteral("comAnbieter"), group);
   comTarif_ = TextCombo(QStringLiteral("comTarif"), group);
-  connect(comAnbieter_, &QComboBox::activated, this, [this] { SetTarif(); });
+  // A provider alone selects its first tariff, and that selection counts as
+  // a click on it: what the boxes show is what is stored.
+  connect(comAnbieter_, &QComboBox::activated, this, [this] {
+    SetTarif();
+    OnTarifClicked();
+  });
   connect(comTarif_, &QComboBox::activated, this, [this] { OnTarifClicked(); });
   lblKosten_ = new QLabel(group);
   lblKosten_->setObjectName(QStringLiteral("lblKosten"));
@@ -144,13 +148,19 @@ void DialUpPanel::BuildControls() {
   tariffs->addRow(QStringLiteral("Tarif:"), comTarif_);
   tariffs->addRow(QStringLiteral("Aktuelle Kosten:"), lblKosten_);
 
+  // Tight spacing: at 120 dpi the panel fills the frame.
   auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(4, 4, 4, 4);
+  layout->setSpacing(4);
   layout->addWidget(intro);
   layout->addLayout(entryRow);
   layout->addLayout(links);
   layout->addWidget(lblNoFiles_);
   layout->addWidget(Option1_);
-  layout->addWidget(Option2_);
+  auto* ownData = new QHBoxLayout;
+  ownData->addWidget(Option2_, 1);
+  ownData->addWidget(hints);
+  layout->addLayout(ownData);
   layout->addLayout(fields);
   layout->addWidget(group);
   layout->addStretch();

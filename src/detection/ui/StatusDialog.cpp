@@ -45,24 +45,20 @@ QString StatusDialog::Start(const QString& entry, const RasDialParams& params) {
   starting_ = true;
   handle_ = remote_.DialEntry(entry, params);
   starting_ = false;
-  // A dial the system refused at once (no such profile, no device for it)
-  // has failed: the box says so instead of waiting at "Wähle...".
-  if (handle_.isEmpty()) {
-    Label1_->setText(RasStateCaption(RasState::Disconnected));
-  }
   return handle_;
 }
 
 void StatusDialog::DialWithProgress(RemoteAccess& remote, Services& services, const QString& entry,
                                     QWidget* parent) {
+  services.state.DialedByProgram = true;
   const std::optional<RasDialParams> params =
       PrepareDialParams(services.dir, services.prompter, remote, entry);
-  if (!params) {
-    return;
-  }
-  services.state.DialedByProgram = true;
   StatusDialog box(remote, services.state, parent);
-  box.Start(entry, *params);
+  // Without dial-in data nothing is dialled, but the box still comes and
+  // waits to be cancelled, as after a dial the system refused.
+  if (params) {
+    box.Start(entry, *params);
+  }
   // The line may be up before the box is shown.
   if (box.result() != QDialog::Accepted) {
     box.exec();

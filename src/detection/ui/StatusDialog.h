@@ -35,7 +35,7 @@ class StatusDialog : public QDialog {
   // program's own, then dialled, and the box is shown modally until the line
   // is up or the user cancels.
   // The dial-in data come from PrepareDialParams; when that refuses, nothing
-  // is dialled and no box appears.
+  // is dialled and the box waits to be cancelled.
   static void DialWithProgress(RemoteAccess& remote, Services& services, const QString& entry,
                                QWidget* parent);
 

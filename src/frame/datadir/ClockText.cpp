@@ -4,7 +4,9 @@
 
 #include <QLocale>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace minutor {
 
@@ -34,6 +36,18 @@ ClockParts ReadClock(QStringView text) {
   return parts;
 }
 
+// Whole numbers of clock texts are kept within a million million hours (in
+// seconds), so that no sum or product of them can overflow; a damaged record
+// can hold any number of digits. Not a number reads as 0.
+constexpr double kLargestSeconds = 3.6e15;
+
+qint64 Whole(double value, double bound = kLargestSeconds) {
+  if (std::isnan(value)) {
+    return 0;
+  }
+  return static_cast<qint64>(std::clamp(value, -bound, bound));
+}
+
 QString TwoDigits(qint64 value) { return QStringLiteral("%1").arg(value, 2, 10, QLatin1Char('0')); }
 
 struct HourMinuteSecond {
@@ -44,11 +58,11 @@ struct HourMinuteSecond {
 
 HourMinuteSecond NormalizedParts(QStringView text) {
   auto twoAfter = [&](qsizetype colon) -> qint64 {
-    return colon < 0 ? 0 : static_cast<qint64>(LeadingNumber(text.mid(colon + 1, 2)));
+    return colon < 0 ? 0 : Whole(LeadingNumber(text.mid(colon + 1, 2)));
   };
   const auto first = text.indexOf(QLatin1Char(':'));
   const auto second = first < 0 ? -1 : text.indexOf(QLatin1Char(':'), first + 1);
-  HourMinuteSecond p{static_cast<qint64>(LeadingNumber(first < 0 ? text : text.left(first))), twoAfter(first),
+  HourMinuteSecond p{Whole(LeadingNumber(first < 0 ? text : text.left(first))), twoAfter(first),
                      twoAfter(second)};
   p.minutes += p.seconds / 60;
   p.seconds %= 60;
@@ -71,14 +85,14 @@ double ClockTextSeconds(QStringView text) {
 }
 
 QString SecondsToClockText(qint64 seconds) {
-  const qint64 magnitude = seconds < 0 ? -seconds : seconds;
+  const qint64 magnitude = seconds < 0 ? -std::max(seconds, -std::numeric_limits<qint64>::max()) : seconds;
   const QString text = JoinParts({magnitude / 3600, (magnitude / 60) % 60, magnitude % 60});
   return seconds < 0 ? QLatin1Char('-') + text : text;
 }
 
 QString ZeitDifferenz(QStringView a, QStringView b) {
   const double difference = ClockTextSeconds(a) - ClockTextSeconds(b);
-  return SecondsToClockText(std::llround(difference));
+  return SecondsToClockText(Whole(std::round(difference)));
 }
 
 QString NormalizeTime(QStringView text) { return JoinParts(NormalizedParts(text)); }
@@ -93,7 +107,7 @@ QString NormalizeTimeOfDay(QStringView text) {
 
 qint64 TimeToSeconds(QStringView text) {
   const auto parts = text.split(QLatin1Char(':'));
-  auto value = [&](qsizetype i) { return static_cast<qint64>(LeadingNumber(parts.at(i))); };
+  auto value = [&](qsizetype i) { return Whole(LeadingNumber(parts.at(i))); };
   if (parts.size() >= 3) {
     return value(0) * 360 + value(1) * 60 + value(2);
   }

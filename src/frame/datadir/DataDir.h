@@ -31,13 +31,22 @@ class DataDir {
   // Makes the folder (and the folders above it) when the lookup doesn't find it.
   bool MakeDir(QStringView relative) const;
 
+  // Makes the data directory itself where it is missing, readable by this
+  // account only: it holds passwords and credentials.
+  bool MakeRoot() const;
+
   // The lines of a text file without their CR LF or LF; nullopt when the file
-  // can't be read. A last line without a line end counts as a line.
-  std::optional<QList<QByteArray>> ReadLines(QStringView relative) const;
+  // can't be read. A last line without a line end counts as a line. Only the
+  // first `limit` bytes count: the settings files are a few lines long, and
+  // a huge one must not hold the program up.
+  static constexpr qsizetype kSmallFileLimit = 64 * 1024;
+  std::optional<QList<QByteArray>> ReadLines(QStringView relative, qsizetype limit = kSmallFileLimit) const;
 
   // Writes each line followed by CR LF, replacing the file whole. The new
   // content appears under the name only once it is completely on disk, so a
-  // crash leaves either the old file or the new one. Makes the folder first.
+  // crash leaves either the old file or the new one (and perhaps a leftover,
+  // see IsSaveLeftover). Makes the folder first. Users' files and stored
+  // credentials are readable by this account only.
   // On failure, `stage` tells whether the file couldn't be opened or written
   // (Open) or the finished file couldn't take the place of the old (Commit).
   enum class WriteStage { Open, Commit };
@@ -50,8 +59,12 @@ class DataDir {
 
   // File names in a folder that match a wildcard pattern ("*.con",
   // "Foo*.*"), compared without case, sorted by name. Empty when the folder is
-  // missing.
+  // missing. The leftovers of interrupted saves are passed over.
   QStringList ListFiles(QStringView folder, const QString& pattern = QStringLiteral("*")) const;
+
+  // Removes the leftovers of saves that a crash interrupted, in the data
+  // directory and its folders.
+  void RemoveSaveLeftovers() const;
 
   // The data directory of this user: the executable's own folder when a file
   // named "portable" lies beside it, else $XDG_DATA_HOME/minutor.
@@ -61,18 +74,26 @@ class DataDir {
   // installation's data folder, or the source tree when run from a build.
   static QString ShippedLocation(const QString& executableDir);
 
-  // Copies every shipped file that the data directory lacks. Files that exist,
-  // in whatever case, are never overwritten.
+  // Copies the shipped files that haven't been offered to this data directory
+  // before and that it lacks. Files that exist, in whatever case, are never
+  // overwritten.
   void CopyShippedFiles(const QString& shippedDir) const;
 
  private:
   QString root_;
 };
 
+// Whether a file name is the temporary file of a save that never finished:
+// the name of the file being written, a point and six letters or digits
+// ("01032026-120000.con.a1B2c3").
+bool IsSaveLeftover(QStringView name);
+
 // Splits the bytes of a text file into lines (CR LF or LF).
 QList<QByteArray> SplitLines(const QByteArray& bytes);
 
-// Reads a whole file with plain system calls; nullopt when it can't be opened.
-std::optional<QByteArray> ReadFileBytes(const QString& absolutePath);
+// Reads a file with plain system calls, at most `limit` bytes; nullopt when
+// it can't be opened or isn't a regular file. A pipe or a device in a file's
+// place is never waited on.
+std::optional<QByteArray> ReadFileBytes(const QString& absolutePath, qsizetype limit = -1);
 
 }  // namespace minutor

@@ -1,5 +1,7 @@
 #include "frame/datadir/Names.h"
 
+#include <algorithm>
+
 #include <pwd.h>
 #include <unistd.h>
 
@@ -16,6 +18,13 @@ bool IsValidName(QStringView text) {
     }
   }
   return true;
+}
+
+bool IsSafeFileName(QStringView text) {
+  if (text.isEmpty() || text == QLatin1String(".") || text == QLatin1String("..") || !IsValidName(text)) {
+    return false;
+  }
+  return std::none_of(text.begin(), text.end(), [](QChar c) { return c.category() == QChar::Other_Control; });
 }
 
 QString GetLogonName() {

@@ -8,6 +8,11 @@ namespace minutor {
 // \ / : * ? " < > |, so that it can't serve as a file name.
 bool IsValidName(QStringView text);
 
+// Whether a name read from a file or typed by the user may become one file
+// name in a folder of the data directory: a valid name that isn't empty, "."
+// or "..", and holds no control character.
+bool IsSafeFileName(QStringView text);
+
 // The login name of the user running the program, at most 24 characters as
 // the old buffer held; "" when it can't be found.
 QString GetLogonName();

@@ -3,6 +3,7 @@
 #include "frame/datadir/AnsiText.h"
 #include "frame/datadir/DataDir.h"
 
+#include <QFileInfo>
 #include <QStringList>
 
 namespace minutor {
@@ -11,7 +12,10 @@ namespace {
 const QString kNoteFile = QStringLiteral("Note.dat");
 }
 
-QString LoadNote(const DataDir& dir) {
+QString LoadNote(const DataDir& dir, bool* whole) {
+  if (whole != nullptr) {
+    *whole = QFileInfo(dir.Resolve(kNoteFile)).size() <= DataDir::kSmallFileLimit;
+  }
   const auto lines = dir.ReadLines(kNoteFile);
   if (!lines) {
     return {};

@@ -22,19 +22,24 @@
 #include "metering/ui/ConnectionPanel.h"
 #include "online/ui/ConnectionServices.h"
 #include "tariffs/ui/TariffCataloguePanel.h"
+#include "users/Budget.h"
+#include "users/UserRights.h"
+#include "users/ui/BudgetPanel.h"
+#include "users/ui/UserPanel.h"
 
 #include <QAbstractSpinBox>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QIcon>
 #include <QLocale>
 #include <QMenu>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStatusBar>
-#include <QStyle>
 #include <QSystemTrayIcon>
 
 namespace minutor {
@@ -44,11 +49,12 @@ namespace {
 const QString kTitle = QStringLiteral("Minutor 3.3");
 const QString kOverviewLabel = QStringLiteral("Übersicht");
 const QString kConnectionLabel = QStringLiteral("Verbindung");
-const QString kLocked = QStringLiteral("[Gesperrt]");
 const QString kNotRecording = QStringLiteral("Aufzeichnung ist nicht aktiv");
 constexpr int kListEntry = 1;
 constexpr int kTarifeEntry = 2;
 constexpr int kDialUpEntry = 3;
+constexpr int kBudgetEntry = 4;
+constexpr int kUserEntry = 5;
 constexpr int kMonitoringEntry = 6;
 constexpr int kOptionsEntry = 7;
 constexpr int kChartEntry = 8;
@@ -56,14 +62,16 @@ constexpr int kReportEntry = 9;
 
 bool HasPanel(int index) {
   return index == kListEntry || index == kTarifeEntry || index == kDialUpEntry || index == kMonitoringEntry ||
-         index == kOptionsEntry || index == kChartEntry || index == kReportEntry;
+         index == kOptionsEntry || index == kBudgetEntry || index == kUserEntry || index == kChartEntry ||
+         index == kReportEntry;
 }
 
-// In a panel that scrolls, the wheel scrolls the panel: a selection box or
+// A panel in its scroll area: it scrolls only when its lines don't fit at the
+// width it has, and then the wheel scrolls the panel: a selection box or
 // number field under the pointer changes only once the user has clicked it.
-class WheelScrollsPanel : public QObject {
+class ScrolledPanel : public QObject {
  public:
-  explicit WheelScrollsPanel(QScrollArea* scroll) : QObject(scroll), scroll_(scroll) {
+  explicit ScrolledPanel(QScrollArea* scroll) : QObject(scroll), scroll_(scroll) {
     QWidget* panel = scroll->widget();
     QList<QWidget*> fields;
     for (QComboBox* box : panel->findChildren<QComboBox*>()) {
@@ -76,10 +84,21 @@ class WheelScrollsPanel : public QObject {
       field->setFocusPolicy(Qt::StrongFocus);
       field->installEventFilter(this);
     }
+    scroll->viewport()->installEventFilter(this);
   }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
+    // A scroll area keeps a panel as high as the panel is at its narrowest,
+    // where wrapped lines take the most room; at the width it has, the panel
+    // needs only the height for that width.
+    if (watched == scroll_->viewport()) {
+      QWidget* panel = scroll_->widget();
+      if (event->type() == QEvent::Resize && panel->hasHeightForWidth()) {
+        panel->setMinimumHeight(panel->heightForWidth(scroll_->viewport()->width()));
+      }
+      return false;
+    }
     if (event->type() == QEvent::Wheel && !static_cast<QWidget*>(watched)->hasFocus()) {
       QCoreApplication::sendEvent(scroll_->verticalScrollBar(), event);
       return true;
@@ -97,7 +116,7 @@ MainWindow::MainWindow(Services& services, TrafficSource& traffic, QWidget* pare
     : QMainWindow(parent), services_(services), traffic_(traffic) {
   setObjectName(QStringLiteral("Form1"));
   setWindowTitle(kTitle);
-  setWindowIcon(QIcon::fromTheme(QStringLiteral("minutor"), style()->standardIcon(QStyle::SP_ComputerIcon)));
+  setWindowIcon(QIcon::fromTheme(QStringLiteral("minutor"), QIcon(QStringLiteral(":/icons/minutor.svg"))));
   setWindowFlag(Qt::WindowMaximizeButtonHint, false);
   setFixedSize(kWidth, kHeight);
 
@@ -151,8 +170,33 @@ void MainWindow::Start() {
   // Centred once shown, when the size of the window's frame is known.
   CenterOnScreen();
   ShowOverview();
+  ApplyUserPreventions();
   sideBar_->SetAllEnabled(true);
   onlineCheck_.start();
+}
+
+void MainWindow::ApplyUserPreventions() {
+  status_[2]->setText(QStringLiteral("Aktiver Benutzer: ") + services_.state.ActiveUser);
+  const bool wasLocked = services_.state.QuitLocked;
+  const auto locks = SetUserPreventions(services_.dir, services_.state.ActiveUser, services_.state);
+  if (!locks) {
+    return;
+  }
+  for (int index = 1; index < SideBar::kEntries; ++index) {
+    const QString label = NavigationLabel(index, *locks);
+    if (!label.isEmpty()) {
+      sideBar_->SetLabel(index, label);
+    }
+  }
+  // A window manager leaves tool windows out of the task bar. Changing the
+  // kind of window hides it, so a shown window is shown again.
+  if (services_.state.QuitLocked != wasLocked) {
+    const bool shown = isVisible();
+    setWindowFlag(Qt::Tool, services_.state.QuitLocked);
+    if (shown) {
+      show();
+    }
+  }
 }
 
 void MainWindow::CenterOnScreen() {
@@ -169,6 +213,15 @@ void MainWindow::CloseFor(UnloadMode mode) {
   unloadMode_ = mode;
   close();
   unloadMode_ = UnloadMode::WindowClose;
+  // A close already under way, its question still open, takes no second
+  // one; the end of the session doesn't wait for the answer.
+  if (mode == UnloadMode::SessionEnd && !shutDown_) {
+    if (connection_) {
+      connection_->CounterStop();
+    }
+    hide();
+    ShutDown();
+  }
 }
 
 bool MainWindow::IsFormLoaded(const QString& name) const {
@@ -243,6 +296,18 @@ QWidget* MainWindow::CreateSidePanel(int index) {
     panel = new ChartPanel(services_);
   } else if (index == kReportEntry) {
     panel = new ReportPanel(services_);
+  } else if (index == kUserEntry) {
+    auto* users = new UserPanel(services_);
+    connect(users, &UserPanel::rightsChanged, this, &MainWindow::ApplyUserPreventions);
+    panel = users;
+  } else if (index == kBudgetEntry) {
+    auto* budget = new BudgetPanel(services_);
+    connect(budget, &BudgetPanel::budgetSaved, this, [this] {
+      if (connection_) {
+        connection_->RefreshBudget();
+      }
+    });
+    panel = budget;
   } else {
     return nullptr;
   }
@@ -253,13 +318,13 @@ QWidget* MainWindow::CreateSidePanel(int index) {
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setWidget(panel);
-  new WheelScrollsPanel(scroll);
+  new ScrolledPanel(scroll);
   return scroll;
 }
 
 void MainWindow::OnEntryClicked(int index) {
   const QString label = sideBar_->Label(index);
-  if (label == kLocked) {
+  if (label == kLockedLabel) {
     return;
   }
   if (index == 0 && label == kConnectionLabel) {
@@ -296,6 +361,7 @@ void MainWindow::ShowInClient(QWidget* panel) {
 
 void MainWindow::SetDetection(const Detection& detection) {
   detection_ = detection;
+  alarms_.SetRemoteAccess(detection_.remote);
   // The Overview made at start learns its entries now.
   if (overview_) {
     overview_->SetRemoteAccess(detection_.remote);
@@ -307,9 +373,7 @@ void MainWindow::ShowOverview() {
     overview_ = new OverviewPanel(services_, client_);
     overview_->SetRemoteAccess(detection_.remote);
     connect(overview_, &OverviewPanel::startRequested, this, &MainWindow::StartManualRecording);
-    connect(overview_, &OverviewPanel::activeUserChanged, this, [this](const QString& name) {
-      status_[2]->setText(QStringLiteral("Aktiver Benutzer: ") + name);
-    });
+    connect(overview_, &OverviewPanel::activeUserChanged, this, &MainWindow::ApplyUserPreventions);
   }
   ShowInClient(overview_);
 }
@@ -361,6 +425,7 @@ void MainWindow::StartConnection() {
 bool MainWindow::LoadConnectionPanel() {
   connection_ = new ConnectionPanel(services_, traffic_, client_);
   connection_->SetDetection(detection_.loop);
+  connection_->SetAlarmOutput(&alarms_);
   connection_->SetOnline(&fetcher_, &clockSetter_);
   connect(connection_->services(), &ConnectionServices::tariffsDownloaded, this, [this] {
     if (auto* scroll = qobject_cast<QScrollArea*>(sidePanels_.value(kTarifeEntry).data())) {
@@ -437,15 +502,17 @@ void MainWindow::ShowSmallWindow(bool show) {
   if (!smallWindow_) {
     smallWindow_ = new SmallWindow(services_);
     connect(smallWindow_, &SmallWindow::restoreRequested, this, [this] {
-      showNormal();
+      RestoreFromTray();
       raise();
       activateWindow();
     });
+    // A tool window has no place in the task bar to be minimised to: it
+    // hides, and comes back with the main window.
     connect(smallWindow_, &SmallWindow::minimizeRequested, this, [this] {
-      showMinimized();
       if (smallWindow_) {
-        smallWindow_->showMinimized();
+        smallWindow_->hide();
       }
+      showMinimized();
     });
   }
   smallWindow_->Initialise();
@@ -457,7 +524,8 @@ void MainWindow::changeEvent(QEvent* event) {
   if (event->type() != QEvent::WindowStateChange) {
     return;
   }
-  if (smallWindow_ && (smallWindow_->windowState() & Qt::WindowMinimized)) {
+  if (smallWindow_ && !(windowState() & Qt::WindowMinimized) &&
+      (smallWindow_->isHidden() || (smallWindow_->windowState() & Qt::WindowMinimized))) {
     smallWindow_->showNormal();
   }
   if (isVisible() && (windowState() & Qt::WindowMaximized)) {
@@ -474,17 +542,19 @@ void MainWindow::changeEvent(QEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  const int mode = static_cast<int>(unloadMode_);
-  if (services_.state.QuitLocked) {
-    if (mode != 2) {
-      event->ignore();
-      services_.prompter.Message(QStringLiteral("Minutor kann nicht beendet werden, da diesem Benutzer "
-                                                "Zugriffsbeschränkungen zugeteilt wurden."),
-                                 Prompter::Icon::Warning);
-    }
+  // The end of the session ends the program, whoever is logged on, and
+  // keeps the running recording as a stop would.
+  const bool sessionEnd = unloadMode_ == UnloadMode::SessionEnd;
+  if (services_.state.QuitLocked && !sessionEnd) {
+    event->ignore();
+    services_.prompter.Message(QStringLiteral("Minutor kann nicht beendet werden, da diesem Benutzer "
+                                              "Zugriffsbeschränkungen zugeteilt wurden."),
+                               Prompter::Icon::Warning);
     return;
   }
-  if (connection_ && mode < 2) {
+  if (connection_ && sessionEnd) {
+    connection_->CounterStop();
+  } else if (connection_) {
     const Prompter::Answer answer = services_.prompter.Ask(
         QStringLiteral(
             "Es wird gerade eine Verbindung aufgezeichnet. Sollen die ermittelten Daten gespeichert "
@@ -498,9 +568,17 @@ void MainWindow::closeEvent(QCloseEvent* event) {
       connection_->CounterStop();
     }
   }
+  event->accept();
+  ShutDown();
+}
+
+void MainWindow::ShutDown() {
+  if (shutDown_) {
+    return;
+  }
+  shutDown_ = true;
   delete smallWindow_;
   KillSysTrayIcon();
-  event->accept();
   emit closed();
 }
 
@@ -538,8 +616,17 @@ QMenu* MainWindow::BuildTrayMenu() {
     }
     for (const QString& entry : entries) {
       trayMenu_->addAction(
-          QLatin1Char('"') + entry + QStringLiteral("\" wählen"), this,
-          [this, remote, entry] { StatusDialog::DialWithProgress(*remote, services_, entry, this); });
+          QLatin1Char('"') + entry + QStringLiteral("\" wählen"), this, [this, remote, entry] {
+            // Only the budget is asked here; the time limits strike while the line is up.
+            if (services_.state.NoDialOnBudget &&
+                IsBudgetExceeded(services_.dir, services_.state.ActiveUser, services_.clock.Now().date())) {
+              services_.prompter.Message(
+                  QStringLiteral("Das Einwählen wurde Ihnen in den Benutzereinstellungen verboten."),
+                  Prompter::Icon::Information);
+              return;
+            }
+            StatusDialog::DialWithProgress(*remote, services_, entry, this);
+          });
     }
   }
   return trayMenu_;
@@ -563,21 +650,7 @@ void MainWindow::AddSysTrayIcon() {
     tray_->setContextMenu(BuildTrayMenu());
     // The menu is made anew each time it opens.
     connect(trayMenu_, &QMenu::aboutToShow, this, &MainWindow::BuildTrayMenu);
-    connect(tray_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-      switch (reason) {
-        case QSystemTrayIcon::DoubleClick:
-        case QSystemTrayIcon::Trigger:
-          // Desktops that speak the StatusNotifierItem protocol report no
-          // double click, so a single click restores as well.
-          RestoreFromTray();
-          break;
-        case QSystemTrayIcon::MiddleClick:
-          OnTrayMiddleClick();
-          break;
-        default:
-          break;
-      }
-    });
+    connect(tray_, &QSystemTrayIcon::activated, this, &MainWindow::OnTrayEvent);
   }
   tray_->show();
 }
@@ -595,14 +668,40 @@ void MainWindow::RestoreFromTray() {
   KillSysTrayIcon();
 }
 
-void MainWindow::OnTrayMiddleClick() {
+void MainWindow::OnTrayEvent(QSystemTrayIcon::ActivationReason reason) {
+  switch (reason) {
+    case QSystemTrayIcon::DoubleClick:
+    case QSystemTrayIcon::Trigger:
+      // Desktops that speak the StatusNotifierItem protocol report no double
+      // click, so a single click restores as well.
+      RestoreFromTray();
+      break;
+    case QSystemTrayIcon::MiddleClick:
+      // The middle button's double click is made of two clicks here: no
+      // desktop reports it as one, and a single click must not start a
+      // recording by accident.
+      if (lastMiddleClick_.isValid() && !lastMiddleClick_.hasExpired(QApplication::doubleClickInterval())) {
+        lastMiddleClick_.invalidate();
+        OnTrayMiddleDoubleClick();
+      } else {
+        lastMiddleClick_.start();
+      }
+      break;
+    default:
+      break;
+  }
+}
+
+void MainWindow::OnTrayMiddleDoubleClick() {
   if (services_.state.RecordingActive) {
     if (connection_ && connection_->IsStopEnabled()) {
       StopManualRecording();
     }
     return;
   }
-  StartManualRecording();
+  // As a connection that monitoring noticed: the guard has its say.
+  services_.state.DetectionSource = 0;
+  StartConnection();
 }
 
 }  // namespace minutor

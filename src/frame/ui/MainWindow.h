@@ -5,17 +5,19 @@
 #include "metering/ui/ConnectionPanel.h"
 #include "online/platform/NetworkFetcher.h"
 #include "online/platform/TimedatedClockSetter.h"
+#include "users/ui/AlarmBoxes.h"
 
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMap>
 #include <QPointer>
+#include <QSystemTrayIcon>
 #include <QTimer>
 
 #include <array>
 
 class QMenu;
-class QSystemTrayIcon;
 
 namespace minutor {
 
@@ -74,6 +76,11 @@ class MainWindow : public QMainWindow {
   // Hides the recording's panel if it is open and closes every other panel.
   void HideWindows();
 
+  // Applies the rights of the active user: the side bar's locked entries, the
+  // flags, the status line and the quit lock, which also takes the window
+  // out of the task bar.
+  void ApplyUserPreventions();
+
   // The manual start, from the Overview's button or the tray.
   void StartManualRecording();
   // A connection was noticed: the recording starts unless the guard cuts
@@ -84,6 +91,9 @@ class MainWindow : public QMainWindow {
 
   // The tray menu as it would open now.
   QMenu* BuildTrayMenu();
+  // A click on the tray symbol: the left button restores the window, a
+  // double click of the middle one starts or stops a recording.
+  void OnTrayEvent(QSystemTrayIcon::ActivationReason reason);
 
   SideBar* sideBar() const { return sideBar_; }
   QLabel* statusField(int index) const { return status_[static_cast<std::size_t>(index)]; }
@@ -92,6 +102,7 @@ class MainWindow : public QMainWindow {
   ConnectionPanel* connection() const { return connection_; }
   SmallWindow* smallWindow() const { return smallWindow_; }
   QSystemTrayIcon* trayIcon() const { return tray_; }
+  AlarmBoxes& alarms() { return alarms_; }
   bool IsOnlineCheckActive() const { return onlineCheck_.isActive(); }
 
  signals:
@@ -115,12 +126,18 @@ class MainWindow : public QMainWindow {
   NetworkFetcher fetcher_;
   TimedatedClockSetter clockSetter_;
   Detection detection_;
+  AlarmBoxes alarms_{this};
   QSystemTrayIcon* tray_ = nullptr;
   QMenu* trayMenu_ = nullptr;
   QTimer onlineCheck_;
+  QElapsedTimer lastMiddleClick_;
   int lastHour_ = 0;
   UnloadMode unloadMode_ = UnloadMode::WindowClose;
+  bool shutDown_ = false;
 
+  // The last steps of the shutdown, once: the small window and the tray
+  // symbol go, and the program may end.
+  void ShutDown();
   void OnEntryClicked(int index);
   bool LoadConnectionPanel();
   QWidget* CreateSidePanel(int index);
@@ -138,7 +155,7 @@ class MainWindow : public QMainWindow {
   void AddSysTrayIcon();
   void KillSysTrayIcon();
   void RestoreFromTray();
-  void OnTrayMiddleClick();
+  void OnTrayMiddleDoubleClick();
   void SetMonitoring(bool on);
 };
 

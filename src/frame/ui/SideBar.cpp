@@ -1,7 +1,7 @@
 #include "frame/ui/SideBar.h"
 
+#include <QIcon>
 #include <QStackedWidget>
-#include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -12,20 +12,20 @@ namespace {
 struct Entry {
   const char* label;
   int page;
-  QStyle::StandardPixmap icon;
+  const char* icon;  // one of the program's own pictures, drawn alike
 };
 
 constexpr std::array<Entry, SideBar::kEntries> kEntryTable = {{
-    {"Übersicht", 0, QStyle::SP_ComputerIcon},
-    {"Verbindungsliste", 0, QStyle::SP_FileDialogDetailedView},
-    {"Tarife", 0, QStyle::SP_FileDialogContentsView},
-    {"DFÜ", 2, QStyle::SP_DriveNetIcon},
-    {"Budget", 2, QStyle::SP_DialogSaveButton},
-    {"Benutzer", 2, QStyle::SP_DirHomeIcon},
-    {"Überwachung", 2, QStyle::SP_BrowserReload},
-    {"Sonstiges", 2, QStyle::SP_FileDialogInfoView},
-    {"Monatsdiagramm", 1, QStyle::SP_FileDialogListView},
-    {"Analyse", 1, QStyle::SP_MessageBoxInformation},
+    {"Übersicht", 0, "overview"},
+    {"Verbindungsliste", 0, "list"},
+    {"Tarife", 0, "tariffs"},
+    {"DFÜ", 2, "dialup"},
+    {"Budget", 2, "budget"},
+    {"Benutzer", 2, "users"},
+    {"Überwachung", 2, "monitoring"},
+    {"Sonstiges", 2, "options"},
+    {"Monatsdiagramm", 1, "chart"},
+    {"Analyse", 1, "analysis"},
 }};
 
 // The headers of the three groups. Each page shows all three headers, the
@@ -71,7 +71,7 @@ SideBar::SideBar(QWidget* parent) : QWidget(parent) {
     auto* button = new QToolButton(layout->parentWidget());
     button->setObjectName(QStringLiteral("Label1_%1").arg(index));
     button->setText(QString::fromUtf8(entry.label));
-    button->setIcon(style()->standardIcon(entry.icon));
+    button->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(entry.icon))));
     button->setIconSize(QSize(32, 32));
     button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     button->setAutoRaise(true);

@@ -34,7 +34,11 @@ struct Row {
 }  // namespace
 
 ConnectionPanel::ConnectionPanel(Services& services, TrafficSource& traffic, QWidget* parent)
-    : QWidget(parent), services_(services), traffic_(traffic), meter_(services, traffic, *this) {
+    : QWidget(parent),
+      services_(services),
+      traffic_(traffic),
+      meter_(services, traffic, *this),
+      alarms_(services, *this) {
   setObjectName(QStringLiteral("Connection"));
   setWindowTitle(QStringLiteral("Verbindungsübersicht"));
   BuildControls();
@@ -112,9 +116,6 @@ void ConnectionPanel::BuildControls() {
                        {QStringLiteral("Monat:"), {QStringLiteral("lblRestMonat")}},
                        {QStringLiteral("Definiert:"), {QStringLiteral("lblRestDefiniert")}}});
   static_cast<QGridLayout*>(budget->layout())->addWidget(rests, 1, 0, 1, 2);
-  for (const char* name : {"lblRestTag", "lblRestMonat", "lblRestDefiniert"}) {
-    labels_.value(QString::fromLatin1(name))->setText(QStringLiteral("nicht festgelegt"));
-  }
 
   // The services' texts are long: each stands under its caption.
   auto* services = new QGroupBox(QStringLiteral("Services"));
@@ -219,6 +220,7 @@ bool ConnectionPanel::Load() {
   check3_->setChecked(smallWindow);
   meter_.SetKleinesFenster(smallWindow);
 
+  alarms_.LoadTimeLeft();
   meter_.Counter_Start();
   chkKanalbuendelung_->setChecked(meter_.Kanalbuendelung());
   ShowLabels();
@@ -281,6 +283,47 @@ void ConnectionPanel::CheckConnectionEnd() {
   }
 }
 
+void ConnectionPanel::GetTimeLimit() { alarms_.GetTimeLimit(); }
+
+void ConnectionPanel::GetBudget() { alarms_.GetBudget(); }
+
+void ConnectionPanel::RefreshBudget() {
+  alarms_.GetBudget();
+  ShowLabels();
+}
+
+void ConnectionPanel::GetNewBudget(bool monthChanged) { alarms_.GetNewBudget(monthChanged); }
+
+void ConnectionPanel::CheckBudget() { alarms_.CheckBudget(static_cast<double>(meter_.Fields().Kosten)); }
+
+void ConnectionPanel::CheckDayLimit() { alarms_.CheckDayLimit(meter_.Labels().lblDauer); }
+
+void ConnectionPanel::CheckMonthLimit() { alarms_.CheckMonthLimit(meter_.Labels().lblDauer); }
+
+void ConnectionPanel::PlaySound(const QString& path) {
+  if (alarmOutput_ != nullptr) {
+    alarmOutput_->PlaySound(path);
+  }
+}
+
+void ConnectionPanel::BudgetCrossed(int kind) {
+  if (alarmOutput_ != nullptr) {
+    alarmOutput_->BudgetCrossed(kind);
+  }
+}
+
+void ConnectionPanel::ShowAlert(int kind) {
+  if (alarmOutput_ != nullptr) {
+    alarmOutput_->ShowAlert(kind);
+  }
+}
+
+void ConnectionPanel::ShowConStop() {
+  if (alarmOutput_ != nullptr) {
+    alarmOutput_->ShowConStop();
+  }
+}
+
 void ConnectionPanel::RecordingStopped() {
   timerStarter_.stop();
   rsTimer_.stop();
@@ -315,6 +358,17 @@ void ConnectionPanel::ShowLabels() {
   }
   labels_.value(QStringLiteral("lblStartzeit"))->setProperty(kTagProperty, texts.lblStartzeitTag);
   labels_.value(QStringLiteral("lblTarifname"))->setProperty(kTagProperty, texts.lblTarifnameTag);
+  for (int kind = 1; kind <= 3; ++kind) {
+    const ConnectionAlarms::RestLabel& rest = alarms_.Label(kind);
+    QLabel* label = labels_.value(ConnectionAlarms::kLabelNames[static_cast<std::size_t>(kind - 1)]);
+    label->setText(rest.text);
+    // Colours are Windows numbers, blue in the high byte.
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText,
+                     QColor(rest.colour & 0xff, (rest.colour >> 8) & 0xff, (rest.colour >> 16) & 0xff));
+    label->setPalette(palette);
+    label->setProperty(kTagProperty, rest.tag);
+  }
 }
 
 }  // namespace minutor

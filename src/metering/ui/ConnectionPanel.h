@@ -3,6 +3,8 @@
 #include "desk/LaunchedPrograms.h"
 #include "metering/Meter.h"
 #include "metering/MeterHooks.h"
+#include "users/AlarmOutput.h"
+#include "users/ConnectionAlarms.h"
 
 #include <QHash>
 #include <QTimer>
@@ -24,7 +26,7 @@ struct Services;
 // "Verbindungsübersicht", the panel of a running recording. It exists from
 // the start of a recording to its end and shows what the meter keeps: the
 // labels are the meter's texts, copied after every step of it.
-class ConnectionPanel : public QWidget, private MeterHooks {
+class ConnectionPanel : public QWidget, private MeterHooks, private AlarmOutput {
   Q_OBJECT
 
  public:
@@ -57,6 +59,12 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   // What starts the programs of a connection the program dialled itself;
   // detached processes unless set otherwise.
   void SetProgramLauncher(ProgramLauncher& launcher) { launcher_ = &launcher; }
+
+  // Where the warnings of budgets and limits go; without it they are silent.
+  void SetAlarmOutput(AlarmOutput* output) { alarmOutput_ = output; }
+
+  // A budget was saved: the rests are read again.
+  void RefreshBudget();
 
   // Where the tariff update search and the clock correction fetch and set
   // the clock; without them the services box stays as it is.
@@ -96,6 +104,17 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   void DetectConnection(DetectedConnection& connection) override;
   void LaunchPrograms() override;
   void CheckConnectionEnd() override;
+  void GetTimeLimit() override;
+  void GetBudget() override;
+  void GetNewBudget(bool monthChanged) override;
+  void CheckBudget() override;
+  void CheckDayLimit() override;
+  void CheckMonthLimit() override;
+
+  void PlaySound(const QString& path) override;
+  void BudgetCrossed(int kind) override;
+  void ShowAlert(int kind) override;
+  void ShowConStop() override;
 
   void BuildControls();
   QLabel* AddLabel(const QString& controlName, const QString& text = {});
@@ -109,6 +128,8 @@ class ConnectionPanel : public QWidget, private MeterHooks {
   DetachedProgramLauncher detachedLauncher_;
   ProgramLauncher* launcher_ = &detachedLauncher_;
   Meter meter_;
+  ConnectionAlarms alarms_;
+  AlarmOutput* alarmOutput_ = nullptr;
   QTimer timerStarter_{this};
   QTimer rsTimer_{this};
   QHash<QString, QLabel*> labels_;

@@ -82,7 +82,9 @@ void TariffCataloguePanel::BuildControls() {
     icon->setPixmap(KindIcon(kind).pixmap(16, 16));
     const int row = legend->rowCount();
     legend->addWidget(icon, row, 0);
-    legend->addWidget(new QLabel(text), row, 1);
+    auto* caption = new QLabel(text);
+    caption->setWordWrap(true);
+    legend->addWidget(caption, row, 1);
   }
   legend->setColumnStretch(1, 1);
 
@@ -91,25 +93,29 @@ void TariffCataloguePanel::BuildControls() {
   const QList<void (TariffCataloguePanel::*)()> actions{&TariffCataloguePanel::NewTarif,
                                                         &TariffCataloguePanel::ChangeTarif,
                                                         &TariffCataloguePanel::DeleteTarif};
-  auto* buttons = new QHBoxLayout;
+  auto* buttons = new QGridLayout;
   for (int i = 0; i < captions.size(); ++i) {
     auto* button = new QPushButton(captions[i]);
     button->setObjectName(QStringLiteral("Command1_%1").arg(i));
     connect(button, &QPushButton::clicked, this, actions[i]);
-    buttons->addWidget(button);
+    buttons->addWidget(button, i, 0);
   }
 
+  // The buttons stand under the list, so that the details have the whole
+  // height of the window beside it.
   auto* left = new QVBoxLayout;
   left->addWidget(lstTarife_, 1);
   left->addLayout(legend);
+  left->addLayout(buttons);
   auto* right = new QVBoxLayout;
   right->addWidget(BuildDetails());
   right->addWidget(BuildAutoupdate());
   right->addStretch();
   auto* top = new QGridLayout(this);
+  top->setContentsMargins(4, 4, 4, 4);
+  top->setSpacing(4);
   top->addLayout(left, 0, 0);
   top->addLayout(right, 0, 1);
-  top->addLayout(buttons, 1, 0, 1, 2);
   top->setColumnStretch(0, 1);
   top->setColumnStretch(1, 1);
 }
@@ -149,6 +155,8 @@ QWidget* TariffCataloguePanel::BuildDetails() {
   }
   grid->addWidget(lblTarif_[4], row, 0, 1, 2);
   grid->setColumnStretch(1, 1);
+  grid->setContentsMargins(6, 4, 6, 4);
+  grid->setVerticalSpacing(1);
   return box;
 }
 
@@ -166,6 +174,8 @@ QWidget* TariffCataloguePanel::BuildAutoupdate() {
   line->addWidget(comAutoupdate_);
   line->addStretch();
   auto* layout = new QVBoxLayout(box);
+  layout->setContentsMargins(6, 4, 6, 4);
+  layout->setSpacing(2);
   layout->addLayout(line);
   layout->addWidget(new QLabel(QStringLiteral("auf Tarifupdates prüfen.")));
   layout->addWidget(lblLink_);

@@ -1,5 +1,6 @@
 #include "desk/ui/OverviewPanel.h"
 #include "detection/SimulatedRemoteAccess.h"
+#include "frame/datadir/DataDir.h"
 #include "frame/datadir/NumberText.h"
 #include "support/FindControl.h"
 #include "support/TestServices.h"
@@ -142,6 +143,17 @@ class TestOverviewPanel : public QObject {
     notiz->moveCursor(QTextCursor::End);
     QTest::sendKeyEvent(QTest::Click, notiz, Qt::Key_Udiaeresis, QStringLiteral("ü"), Qt::NoModifier);
     QCOMPARE(desk.data.read(QStringLiteral("Note.dat")), QByteArray("Zeile 1\r\nZeile 2\374\r\n"));
+    // Of a note of one huge line the box shows the beginning, and leaves
+    // the file as it is.
+    const QByteArray huge(1 << 20, 'x');
+    desk.data.write(QStringLiteral("Note.dat"), huge);
+    {
+      OverviewPanel other(desk.services);
+      QPlainTextEdit* cut = Find<QPlainTextEdit>(other, QStringLiteral("Notiz"));
+      QVERIFY(cut->isReadOnly() && cut->toPlainText().size() == DataDir::kSmallFileLimit);
+      QTest::sendKeyEvent(QTest::Click, cut, Qt::Key_A, QStringLiteral("a"), Qt::NoModifier);
+    }
+    QCOMPARE(desk.data.read(QStringLiteral("Note.dat")), huge);
 
     QComboBox* users = Box(panel, QStringLiteral("comOverviewUser"));
     QSignalSpy changed(&panel, &OverviewPanel::activeUserChanged);

@@ -61,6 +61,7 @@ class TestKernelRemoteAccess : public QObject {
     // pon brings ppp0 up after a moment, as pppd does; poff takes it down.
     write("bin/pon",
           "#!/bin/sh\necho \"$@\" >> " + bytes("pon.log") +
+              "\nfor a; do [ \"$p\" = passwordfd ] && cat <&$a > " + bytes("password.log") + "; p=$a; done" +
               "\n[ \"$1\" = provider ] && exit 0\nsleep 0.3\nd=" + bytes("net/ppp0") +
               "\nmkdir -p $d && echo 512 > $d/type && echo 0x1091 > $d/flags\n",
           true);
@@ -120,13 +121,26 @@ class TestKernelRemoteAccess : public QObject {
     QSignalSpy progress(&ras, &RemoteAccess::DialProgress);
     RasDialParams own = *ras.GetDialParams("arcor");
     own.Benutzer = "anderer";
+    own.Telefon = "0190 123";
     own.Passwort = "nicht auf der Befehlszeile";
     const QString handle = ras.DialEntry("arcor", own);
     QVERIFY(!handle.isEmpty());
     QTRY_COMPARE(progress.count(), 2);
     QCOMPARE(progress.at(0), (QList<QVariant>{handle, RasState::OpenPort}));
     QCOMPARE(progress.at(1), (QList<QVariant>{handle, RasState::Connected}));
-    QCOMPARE(read("pon.log"), QByteArray("arcor user anderer\n"));
+    // The own number goes to chat, the password through a pipe only.
+    const QByteArray command = read("pon.log");
+    QVERIFY2(command.startsWith("arcor user anderer connect /usr/sbin/chat -v -f " +
+                                bytes("chatscripts/arcor") + " -T 0190123 plugin passwordfd.so passwordfd "),
+             command.constData());
+    QCOMPARE(read("password.log"), QByteArray("nicht auf der Befehlszeile"));
+    // Shell words never reach pppd's connect line.
+    QFile::remove(path("pon.log"));
+    own.Telefon = "0190; rm -rf /";
+    own.Passwort = "arcor pass";
+    QVERIFY(!ras.DialEntry("arcor", own).isEmpty());
+    QTRY_COMPARE(read("pon.log"), QByteArray("arcor user anderer\n"));
+    QTRY_COMPARE(progress.count(), 4);
     // The program's own memory names the entry where pppd left no pid file.
     QCOMPARE(ras.GetRasConnections().value(0).entryName, u"arcor"_s);
     QCOMPARE(ras.GetConnectState(handle)->state, RasState::Connected);
@@ -138,7 +152,7 @@ class TestKernelRemoteAccess : public QObject {
     // A peer that never comes up fails when its time is over.
     ras.SetDialTimeout(500);
     const QString silent = ras.DialEntry("provider", {});
-    QTRY_COMPARE(progress.count(), 4);
+    QTRY_COMPARE(progress.count(), 6);
     QCOMPARE(progress.last(), (QList<QVariant>{silent, RasState::Disconnected}));
     QVERIFY(!ras.GetConnectState(silent));
   }

@@ -187,6 +187,10 @@ class TestNetworkManager : public QObject {
     const QString active = AddActive(tonline_, "ext");
     QTRY_COMPARE(changed.count(), 1);
     QCOMPARE(ras_->GetRasConnections().value(0).entryName, u"T-Online"_s);
+    // What the device says about its billing goes to the dialer guard.
+    QVERIFY(!ras_->GetRasConnections().value(0).metered);
+    Call(device_, kMock, "AddProperty", {kDevice, "Metered", QVariant::fromValue(QDBusVariant(3u))});
+    QVERIFY(ras_->GetRasConnections().value(0).metered);
     Call(kRoot, kMock, "RemoveActiveConnection", {device_, active});
     QTRY_COMPARE(changed.count(), 2);
     QVERIFY(ras_->GetRasConnections().isEmpty());
@@ -204,7 +208,20 @@ class TestNetworkManager : public QObject {
     QCOMPARE(Values(unsaved.value("gsm"), {"username", "password", "pin", "number"}),
              QStringList({"selbst", "eigenes", "1234", "*99#"}));
     QCOMPARE(unsaved.value("connection").value("id").toString(), u"Mobil"_s);
+    // Once the dial is over the profile has its own data back.
     QVERIFY(ras_->HangUp(handle));
+    const NMSettings restored = qdbus_cast<NMSettings>(Call(mobil_, kMock, "Unsaved"));
+    QCOMPARE(Values(restored.value("gsm"), {"username", "password", "pin"}),
+             QStringList({"eplus", "geheim", "1234"}));
+
+    // A profile the service won't change isn't dialled with the wrong data.
+    Call(mobil_, kMock, "AddMethod",
+         {kProfile, "UpdateUnsaved", "a{sa{sv}}", QString(),
+          "raise dbus.exceptions.DBusException('nein', "
+          "name='org.freedesktop.NetworkManager.PermissionDenied')"});
+    QVERIFY(ras_->DialEntry("Mobil", own).isEmpty());
+    Call(mobil_, kMock, "AddMethod",
+         {kProfile, "UpdateUnsaved", "a{sa{sv}}", QString(), "self.unsaved = args[0]"});
   }
 
   void aServiceThatHangsCostsAMoment() {

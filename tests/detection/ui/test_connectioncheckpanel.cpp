@@ -151,6 +151,11 @@ class TestConnectionCheckPanel : public QObject {
     Find<QPushButton>(panel, "Command1")->click();
     QCOMPARE(desk.prompter.messages, QStringList{IgnoredIPsHint()});
     QVERIFY(IgnoredIPsHint().contains("also nich \"192.168.*\" sondern \"192.168.*.*\"."));
+    // Each method's explanation opens from the link beside its box.
+    for (const auto& [index, text] : {std::pair{0, "IP Nummer"}, {1, "Internet Explorers"}, {2, "TAPI"}}) {
+      emit Find<QLabel>(panel, QStringLiteral("lblMehr(%1)").arg(index))->linkActivated("mehr");
+      QVERIFY2(desk.prompter.messages.last().contains(QString::fromUtf8(text)), text);
+    }
   }
 };
 

@@ -100,20 +100,26 @@ class TestStatusDialog : public QObject {
     QVERIFY(remote.hangUps.isEmpty());
   }
 
-  void aDialThatNeverStartedSaysSoAndWaitsForCancel() {
-    SimulatedRemoteAccess remote;  // knows no entry
+  // A refused password question and a dial the system refuses alike: the
+  // box comes, its text stays where it was, and only a cancel ends it.
+  void aDialThatNeverStartedWaitsForCancel() {
+    SimulatedRemoteAccess remote;
+    remote.AddEntry("Arcor");
     test::TestServices desk;
-    desk.prompter.passwords = {"geheim"};
-    QTimer::singleShot(0, [] {
-      auto* box = qobject_cast<StatusDialog*>(QApplication::activeModalWidget());
-      QVERIFY(box);
-      QCOMPARE(Shown(*box), u"Verbindung getrennt! (8193)"_s);
-      box->findChild<QPushButton*>("cmdAbbrechen")->click();
-    });
-    StatusDialog::DialWithProgress(remote, desk.services, "Weg", nullptr);
-    QCOMPARE(remote.dials.size(), 1);
-    QVERIFY(!desk.state.DialedByProgram);
-    QVERIFY(remote.hangUps.isEmpty());
+    for (const auto& [entry, password, dials] :
+         {std::tuple{"Arcor", "", 0}, std::tuple{"Weg", "geheim", 1}}) {
+      desk.prompter.passwords = {password};
+      QTimer::singleShot(0, [] {
+        auto* box = qobject_cast<StatusDialog*>(QApplication::activeModalWidget());
+        QVERIFY(box);
+        QCOMPARE(Shown(*box), u"Wähle..."_s);
+        box->findChild<QPushButton*>("cmdAbbrechen")->click();
+      });
+      StatusDialog::DialWithProgress(remote, desk.services, entry, nullptr);
+      QCOMPARE(remote.dials.size(), dials);
+      QVERIFY(!desk.state.DialedByProgram);
+      QVERIFY(remote.hangUps.isEmpty());
+    }
   }
 };
 
