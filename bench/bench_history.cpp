@@ -9,7 +9,9 @@
 // monthly chart of this month against the same), "report ratio R" (the
 // analysis over "Gesamt" against reading every file plainly) and "stall ms N" (the
 // longest the event loop stood still while the list panel loaded the
-// history). Each further measurement is one more entry in kRatios.
+// history), "compare ratio R" (every connection priced again under 20
+// tariffs of every shape against the analysis over "Gesamt"). Each further
+// measurement is one more entry in kRatios.
 
 #include "frame/AppState.h"
 #include "frame/Clock.h"
@@ -20,6 +22,7 @@
 #include "history/ConnectionList.h"
 #include "history/ListSort.h"
 #include "history/ReportRun.h"
+#include "history/TariffComparison.h"
 #include "history/ui/ListPanel.h"
 #include "metering/ConnectionRecord.h"
 #include "users/FieldCipher.h"
@@ -97,6 +100,28 @@ void MakeRecords(const DataDir& dir, int count) {
   }
 }
 
+// Twenty tariffs of all shapes: by the minute, to the second, with a long
+// first unit, with free minutes, with zones by hour and weekday, by volume.
+void MakeTariffs(const DataDir& dir) {
+  const QByteArray takte[] = {"60/60", "1/1", "60/1", "30/30", "180/10"};
+  const QByteArray zones =
+      "[Tarifzonen]\r\nZone:Z\r\nVon:8\r\nBis:18\r\nPfennig:3,9\r\nEinheit:60\r\nWochenende:Nein\r\n"
+      "Zone:Z\r\nVon:18\r\nBis:24\r\nPfennig:2\r\nEinheit:60\r\nWochenende:Nein\r\n"
+      "Zone:Z\r\nVon:0\r\nBis:8\r\nPfennig:1,1\r\nEinheit:60\r\nWochenende:Nein\r\n"
+      "Zone:Z\r\nVon:0\r\nBis:24\r\nPfennig:1,5\r\nEinheit:60\r\nWochenende:Ja\r\n";
+  dir.MakeDir(QStringLiteral("Tarife"));
+  for (int i = 0; i < 20; ++i) {
+    const QByteArray head =
+        i % 5 == 4 ? "Volumenabrechnung:Ja\r\nVolumenkosten:" + QByteArray::number(i) +
+                         "\r\nVolumeneinheit:1\r\nVolumengrenze:" + QByteArray::number(i * 10)
+                   : "Takt:" + takte[i % 4] + "\r\nFreiminuten:" + QByteArray::number(i % 3 * 60);
+    QFile file(dir.Resolve(QStringLiteral("Tarife")) + QStringLiteral("/Anbieter%1 - Tarif.tel").arg(i));
+    if (file.open(QIODevice::WriteOnly)) {
+      file.write(head + "\r\n" + zones);
+    }
+  }
+}
+
 // The least any reader must do: list the folder and read the chosen files.
 qint64 PlainRead(const QString& folder, const std::function<bool(const QByteArray& name)>& wanted,
                  qint64* checksum) {
@@ -146,6 +171,14 @@ qint64 TimeChart(const DataDir& dir, qint64* checksum) {
   query.month = kToday.month();
   query.year = kToday.year();
   *checksum += static_cast<qint64>(GatherChartData(dir, query, ChartMeasure::Dauer).days[0]);
+  return timer.nsecsElapsed();
+}
+
+qint64 TimeCompare(const DataDir& dir, qint64* checksum) {
+  QElapsedTimer timer;
+  timer.start();
+  *checksum += static_cast<qint64>(
+      CompareTariffs(dir, QStringLiteral("Gesamt"), QStringLiteral("[Alle]"), kToday).tariffs.first().cost);
   return timer.nsecsElapsed();
 }
 
@@ -210,6 +243,7 @@ int main(int argc, char* argv[]) {
   QTemporaryDir temp;
   const DataDir dir(temp.path());
   MakeRecords(dir, count);
+  MakeTariffs(dir);
   const QString folder = dir.Resolve(kRecordFolder);
   std::printf("records %d\n", count);
 
@@ -229,6 +263,8 @@ int main(int argc, char* argv[]) {
       {"month", [&](qint64* sum) { return TimeList(dir, QStringLiteral("Dieser Monat"), sum); }, thisMonth},
       {"chart", [&](qint64* sum) { return TimeChart(dir, sum); }, thisMonth},
       {"report", [&](qint64* sum) { return TimeReport(dir, sum); }, all},
+      {"compare", [&](qint64* sum) { return TimeCompare(dir, sum); },
+       [&](qint64* sum) { return TimeReport(dir, sum); }},
   };
 
   qint64 checksum = 0;

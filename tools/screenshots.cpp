@@ -1,6 +1,7 @@
 // Takes the pictures of the README: the Overview, a running recording, the
-// small window, the connection list, the monthly chart and the analysis,
-// made by the real program's windows on a sample data directory.
+// small window, the connection list, the monthly chart, the analysis and
+// its comparison of tariffs, made by the real program's windows on a sample
+// data directory.
 //
 //   minutor_screenshots OUTDIR
 //
@@ -24,6 +25,7 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QToolButton>
@@ -165,5 +167,13 @@ int main(int argc, char* argv[]) {
   window.sideBar()->EntryButton(9)->click();
   Wait(1500);
   ok = Save(&window, out + QStringLiteral("/analysis.png")) && ok;
-  return ok ? 0 : 1;
+  // The comparison stands below the sentences; its picture is of the section alone.
+  auto* compare = window.findChild<QPushButton*>(QStringLiteral("cmdVergleichen"));
+  if (compare == nullptr) {
+    std::printf("FAILED no comparison\n");
+    return 1;
+  }
+  compare->click();
+  Wait(1500);
+  return Save(compare->parentWidget(), out + QStringLiteral("/comparison.png")) && ok ? 0 : 1;
 }

@@ -2,6 +2,7 @@
 
 #include "cli/BudgetCommands.h"
 #include "cli/ChartCommands.h"
+#include "cli/CompareCommands.h"
 #include "cli/ExportCommands.h"
 #include "cli/HistoryCommands.h"
 #include "cli/SimulatedConnection.h"
@@ -66,6 +67,9 @@ const char* const kUsageText =
     "                              the rests of a user's budget as the Budget panel shows them\n"
     "  timeleft [--user NAME] [--today YYYY-MM-DD]\n"
     "                              the seconds of the day's and the month's allowance left\n"
+    "  compare [--period ITEM] [--user U] [--today YYYY-MM-DD]\n"
+    "                              the analysis' connections priced under every tariff: FILE<TAB>COST a\n"
+    "                              line, cheapest first, then Tatsächlich<TAB>COST\n"
     "  export --format html|text|csv|json [--charts] [list filters] --output FILE\n"
     "                              the list as the \"Exportieren\" dialog writes it (html, text), or\n"
     "                              as CSV or JSON\n"
@@ -431,6 +435,9 @@ int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* 
   }
   if (args.value(0) == QLatin1String("print")) {
     return PrintCommand(DataDir(dataDir), args.mid(1), out, err);
+  }
+  if (args.value(0) == QLatin1String("compare")) {
+    return CompareCommand(dir, args.mid(1), out, err);
   }
   if (!args.isEmpty() && args.first() == QLatin1String("list")) {
     return ListCommand(dir, args.mid(1), out, err);

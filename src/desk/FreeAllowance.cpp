@@ -19,11 +19,7 @@ const QString kTransferCaption = QStringLiteral("Verbleibender kostenfreier Tran
 QString PercentText(double percent) { return FixedText(percent, 1) + QLatin1Char('%'); }
 
 FreeAllowance FreeMinutes(const DataDir& dir, const QString& tariffFile, const QDate& today, double minutes) {
-  // The middle field holds the fraction of an hour, not minutes; read back,
-  // a decimal comma cuts it off. That is how the allowance has always counted.
-  const double hours = std::floor(minutes / 60);
-  const QString allowance =
-      GeneralText(hours) + QLatin1Char(':') + GeneralText(minutes / 60 - hours) + QStringLiteral(":00");
+  const QString allowance = FreeMinutesText(minutes);
 
   QString rest = allowance;
   const QString month = QStringLiteral("%1").arg(today.month(), 2, 10, QLatin1Char('0'));
@@ -87,6 +83,11 @@ FreeAllowance FreeTransfer(const DataDir& dir, const QDate& today, double allowa
 }
 
 }  // namespace
+
+QString FreeMinutesText(double minutes) {
+  const double hours = std::floor(minutes / 60);
+  return GeneralText(hours) + QLatin1Char(':') + GeneralText(minutes / 60 - hours) + QStringLiteral(":00");
+}
 
 FreeAllowance ComputeFreeAllowance(const DataDir& dir, const QString& tariffFile, const QDate& today) {
   const double minutes = GetTarifFreiminuten(dir, tariffFile);

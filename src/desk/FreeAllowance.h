@@ -25,4 +25,9 @@ struct FreeAllowance {
 // year, whatever its tariff.
 FreeAllowance ComputeFreeAllowance(const DataDir& dir, const QString& tariffFile, const QDate& today);
 
+// The clock text a month's free minutes start from. Its middle field holds
+// the fraction of an hour, not minutes: read back, a decimal comma cuts it
+// off. That is how the allowance has always counted.
+QString FreeMinutesText(double minutes);
+
 }  // namespace minutor

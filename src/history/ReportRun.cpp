@@ -14,11 +14,20 @@ const QStringList& ReportPeriodItems() {
   return items;
 }
 
+std::function<bool(const QDate& date)> ReportPeriodFilter(const DataDir& dir, const QString& period,
+                                                          const QDate& today) {
+  if (period == QLatin1String("Dieser Monat")) {
+    return [today](const QDate& date) { return date.isValid() && date.month() == today.month(); };
+  }
+  return [listPeriod = MakeListPeriod(dir, period, today)](const QDate& date) {
+    return listPeriod.Passes(date);
+  };
+}
+
 ReportTexts BuildReport(const DataDir& dir, const QString& period, const QString& user, const QDate& today,
                         const QString& currency, const std::atomic<bool>* cancel) {
   const bool all = period == QLatin1String("Gesamt");
-  const bool thisMonth = period == QLatin1String("Dieser Monat");
-  const ListPeriod listPeriod = MakeListPeriod(dir, period, today);
+  const auto passes = ReportPeriodFilter(dir, period, today);
   const bool anyUser = user == kAlle;
   const QByteArray wantedUser = ToAnsi(user);
   QDate earliest = today;
@@ -32,10 +41,7 @@ ReportTexts BuildReport(const DataDir& dir, const QString& period, const QString
           }
           return true;
         }
-        if (thisMonth) {
-          return date.isValid() && date.month() == today.month();
-        }
-        return listPeriod.Passes(date);
+        return passes(date);
       },
       [&](const RecordFile& record) {
         if (anyUser || record.Line(11) == wantedUser) {

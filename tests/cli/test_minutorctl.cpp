@@ -215,6 +215,32 @@ class TestMinutorctl : public QObject {
     QCOMPARE(Ctl(base + QStringList{"list", "--period", "Morgen"}).code, 1);
   }
 
+  void comparesTheTariffsOverAPeriod() {
+    test::TempDataDir data;
+    data.write(QStringLiteral("Tarife/Funk - Minute.tel"),
+               "[Providerdaten]\r\nTakt:60/60\r\n[Tarifzonen]\r\nZone:M\r\nVon:0\r\nBis:24\r\nPfennig:6\r\n"
+               "Einheit:60\r\nWochenende:Nein");
+    data.write(QStringLiteral("Tarife/Netz - Volumen.atl"),
+               "[Providerdaten]\r\nVolumenabrechnung:Ja\r\nVolumenkosten:10\r\nVolumeneinheit:1\r\n");
+    data.write(QStringLiteral("Tarife/Ohne Anbieter.tel"), "Takt:1/1\r\n");
+    // Working days, two minutes and 2.5 MB each: a minute's tariff charges
+    // two units, the volume tariff three, then the rest carried over counts.
+    test::WriteRecord(
+        data, "05102026-100000.con",
+        test::RecordLines("05.10.2026", "10:00:00", "00:02:00", "0,10", "X - Y.tel", "Anna", "2500000"));
+    test::WriteRecord(
+        data, "02112026-100000.con",
+        test::RecordLines("02.11.2026", "10:00:00", "00:02:00", "0,50", "X - Y.tel", "Anna", "2500000"));
+    test::WriteRecord(
+        data, "03112026-100000.con",
+        test::RecordLines("03.11.2026", "10:00:00", "00:02:00", "0,40", "X - Y.tel", "Bert", "2500000"));
+    const QStringList base{"--datadir", data.path(), "compare", "--today", "2026-11-23"};
+    QCOMPARE(Ctl(base + QStringList{"--period", "Dieser Monat", "--user", "Anna"}).out,
+             QByteArray("Funk - Minute.tel\t0,12\nNetz - Volumen.atl\t0,30\nTatsächlich\t0,50\n"));
+    QCOMPARE(Ctl(base).out,
+             QByteArray("Funk - Minute.tel\t0,36\nNetz - Volumen.atl\t0,80\nTatsächlich\t1,00\n"));
+  }
+
   void budgetsLimitsAndTheCut() {
     test::TempDataDir data;
     data.write(QStringLiteral("Tarife/Test - Zonen.tel"), kTariff);
@@ -310,7 +336,8 @@ class TestMinutorctl : public QObject {
           QStringList{"tariff", "price", "X - Y.tel", "--at", "gestern"}, QStringList{"--datadir"},
           QStringList{"chart", "--month", "13", "--year", "2026", "--measure", "dauer"},
           QStringList{"chart", "--month", "1", "--year", "2026", "--measure", "tage", "--values"},
-          QStringList{"report", "--period", "Morgen"}, QStringList{"report", "--today", "23.11.2026"}}) {
+          QStringList{"report", "--period", "Morgen"}, QStringList{"report", "--today", "23.11.2026"},
+          QStringList{"compare", "--period", "Morgen"}}) {
       QCOMPARE(Ctl(usage).code, 2);
     }
   }

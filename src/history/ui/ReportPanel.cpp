@@ -6,6 +6,7 @@
 #include "frame/datadir/DataDir.h"
 #include "history/RecordFilter.h"
 #include "history/ReportRun.h"
+#include "history/ui/TariffComparisonView.h"
 
 #include <QComboBox>
 #include <QFutureWatcher>
@@ -87,7 +88,8 @@ void ReportPanel::BuildControls() {
     layout->addWidget(Label2_[i]);
   }
   layout->addLayout(totals);
-  layout->addStretch(1);
+  comparison_ = new TariffComparisonView(services_, this);
+  layout->addWidget(comparison_, 1);
 
   connect(comZeitraum_, &QComboBox::activated, this, &ReportPanel::BuildReport);
   connect(comUser_, &QComboBox::activated, this, &ReportPanel::BuildReport);
@@ -108,6 +110,7 @@ void ReportPanel::BuildReport() {
   const QString user = comUser_->currentText();
   const QDate today = services_.clock.Now().date();
   const QString currency = services_.state.Waehrung;
+  comparison_->SetSelection(period, user);
 
   auto* watcher = new QFutureWatcher<ReportTexts>(this);
   connect(watcher, &QFutureWatcher<ReportTexts>::finished, this, [this, watcher, request] {

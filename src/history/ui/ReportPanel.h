@@ -13,6 +13,7 @@ namespace minutor {
 
 struct ReportTexts;
 struct Services;
+class TariffComparisonView;
 
 // The panel "Analyse": eleven sentences on the habits of one user in one
 // period, and the totals of duration, cost and transfer. Each choice reads
@@ -45,6 +46,7 @@ class ReportPanel : public QWidget {
   QLabel* lblGesamtDauer_ = nullptr;
   QLabel* lblGesamtTransfer_ = nullptr;
   QLabel* busy_ = nullptr;
+  TariffComparisonView* comparison_ = nullptr;
   std::array<QLabel*, 11> Label2_{};
 };
 

@@ -1,12 +1,15 @@
 #include "history/ui/ChartPanel.h"
 #include "history/ui/ChartView.h"
 #include "history/ui/ReportPanel.h"
+#include "history/ui/TariffComparisonView.h"
 #include "support/RecordFiles.h"
 #include "support/TestServices.h"
 
 #include <QComboBox>
 #include <QLabel>
+#include <QPushButton>
 #include <QSignalSpy>
+#include <QTableWidget>
 #include <QTest>
 
 using namespace minutor;
@@ -110,6 +113,49 @@ class TestHistoryPanels : public QObject {
     QCOMPARE(
         panel.findChild<QLabel*>(QStringLiteral("Label2(9)"))->text(),
         QStringLiteral("Stellen Sie als Benutzer \"[Alle]\" ein um den aktivsten Benutzer zu ermitteln."));
+  }
+
+  void comparisonOfTariffsBelowTheAnalysis() {
+    test::TestServices t(QDateTime(QDate(2023, 2, 20), QTime(10, 0)));
+    t.state.Waehrung = QStringLiteral("€");
+    WriteHistory(t.data);
+    t.data.write(QStringLiteral("Tarife/Funk - Minute.tel"),
+                 "Takt:60/60\r\n[Tarifzonen]\r\nZone:M\r\nVon:0\r\nBis:24\r\nPfennig:6\r\nEinheit:60\r\n"
+                 "Wochenende:Nein");
+    t.data.write(QStringLiteral("Tarife/Netz - Volumen.atl"),
+                 "Volumenabrechnung:Ja\r\nVolumenkosten:10\r\nVolumeneinheit:1\r\n");
+    ReportPanel panel(t.services);
+    QVERIFY(WaitFor(&panel, SIGNAL(built())));
+    auto* view = panel.findChild<TariffComparisonView*>();
+    auto* table = panel.findChild<QTableWidget*>(QStringLiteral("tblVergleich"));
+    auto* compare = panel.findChild<QPushButton*>(QStringLiteral("cmdVergleichen"));
+
+    // Cancelled at once, nothing shows.
+    compare->click();
+    QVERIFY(view->IsComparing());
+    panel.findChild<QPushButton*>(QStringLiteral("cmdAbbrechen"))->click();
+    QVERIFY(!view->IsComparing());
+    QCOMPARE(table->rowCount(), 0);
+
+    // An hour and half a minute on working days: 60 and 1 units of a minute,
+    // or one megabyte unit whose rest carries the second's two kilobytes.
+    compare->click();
+    QVERIFY(WaitFor(view, SIGNAL(finished())));
+    QCOMPARE(panel.findChild<QLabel*>(QStringLiteral("lblVergleich"))->text(),
+             QStringLiteral("Tatsächliche Kosten von 2 Verbindungen: 2,00 €"));
+    QCOMPARE(table->rowCount(), 2);
+    const QStringList rows = {table->item(0, 0)->text(), table->item(0, 1)->text(),
+                              table->item(0, 2)->text(), table->item(1, 0)->text(),
+                              table->item(1, 1)->text(), table->item(1, 2)->text()};
+    QCOMPARE(rows, (QStringList{"Netz - Volumen.atl", "0,10 €", "-1,90 €", "Funk - Minute.tel", "3,66 €",
+                                "+1,66 €"}));
+
+    // Another user: the table of the former choice goes.
+    auto* user = panel.findChild<QComboBox*>(QStringLiteral("comUser"));
+    user->setCurrentIndex(2);
+    emit user->activated(2);
+    QCOMPARE(table->rowCount(), 0);
+    QVERIFY(WaitFor(&panel, SIGNAL(built())));
   }
 };
 
