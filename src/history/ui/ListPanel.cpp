@@ -314,6 +314,13 @@ void ListPanel::HeaderClicked(int section) {
 }
 
 void ListPanel::ButtonClicked(int index) {
+  if ((index == kErstellen || index == kBearbeiten || index == kLoeschen) && services_.state.NoListEdit) {
+    services_.prompter.Message(
+        QStringLiteral("Das erstellen oder modifizieren von Listeneinträgen wurde Ihnen in "
+                       "den Benutzereinstellungen verboten."),
+        Prompter::Icon::Information);
+    return;
+  }
   switch (index) {
     case kErstellen: {
       ConnectionDialog dialog(services_, remote_, QString(), this);

@@ -110,6 +110,12 @@ class TestListPanel : public QObject {
     panel.Grid()->selectRow(0);
     panel.Grid()->selectionModel()->select(panel.Model()->index(2, 0),
                                            QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    // A user who may not change the list is told so, and nothing goes.
+    t.state.NoListEdit = true;
+    panel.ButtonAt(ListPanel::kLoeschen)->click();
+    QVERIFY(t.prompter.messages.value(0).startsWith(QStringLiteral("Das erstellen oder modifizieren")));
+    QCOMPARE(panel.Model()->rowCount(), 3);
+    t.state.NoListEdit = false;
     panel.ButtonAt(ListPanel::kLoeschen)->click();
     QVERIFY(WaitLoaded(panel));
     QCOMPARE(Column(panel, kColumnStart), QStringList{"08:00:00"});
