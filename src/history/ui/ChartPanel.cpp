@@ -99,8 +99,9 @@ void ChartPanel::BuildControls() {
   Label3_->setObjectName(QStringLiteral("Label3"));
   Label3_->setAlignment(Qt::AlignCenter);
   Label3_->setStyleSheet(QStringLiteral("background: white; border: 1px solid #808080; padding: 6px;"));
-  Label3_->adjustSize();
-  Label3_->move((view_->width() - Label3_->width()) / 2, (view_->height() - Label3_->height()) / 2);
+  // The notice stays in the middle of the surface, whatever size it gets.
+  auto* overlay = new QGridLayout(view_);
+  overlay->addWidget(Label3_, 0, 0, Qt::AlignCenter);
 
   for (std::size_t i = 0; i < buttons_.size(); ++i) {
     auto* button = new QToolButton(this);
@@ -111,18 +112,21 @@ void ChartPanel::BuildControls() {
     buttons_[i] = button;
   }
 
+  // Two choices a row leave the frame's width to the chart at larger fonts.
   auto* filters = new QGridLayout;
+  filters->setVerticalSpacing(2);
   filters->addWidget(new QLabel(QStringLiteral("Monat:"), this), 0, 0);
   filters->addWidget(comZeitraum_, 0, 1);
   filters->addWidget(new QLabel(QStringLiteral("Jahr:"), this), 0, 2);
   filters->addWidget(comJahr_, 0, 3);
-  filters->addWidget(new QLabel(QStringLiteral("Benutzer:"), this), 0, 4);
-  filters->addWidget(comUser_, 0, 5);
-  filters->addWidget(new QLabel(QStringLiteral("Anbieter:"), this), 1, 0);
-  filters->addWidget(comAnbieter_, 1, 1, 1, 2);
-  filters->addWidget(new QLabel(QStringLiteral("Tarif:"), this), 1, 3);
-  filters->addWidget(comTarif_, 1, 4, 1, 2);
-  filters->setColumnStretch(5, 1);
+  filters->addWidget(new QLabel(QStringLiteral("Benutzer:"), this), 1, 0);
+  filters->addWidget(comUser_, 1, 1);
+  filters->addWidget(new QLabel(QStringLiteral("Anbieter:"), this), 1, 2);
+  filters->addWidget(comAnbieter_, 1, 3);
+  filters->addWidget(new QLabel(QStringLiteral("Tarif:"), this), 2, 0);
+  filters->addWidget(comTarif_, 2, 1, 1, 3);
+  filters->setColumnStretch(1, 1);
+  filters->setColumnStretch(3, 1);
 
   auto* axes = new QHBoxLayout;
   axes->addWidget(AxisX_);
@@ -142,11 +146,10 @@ void ChartPanel::BuildControls() {
   layout->setContentsMargins(4, 4, 4, 4);
   layout->setSpacing(4);
   layout->addLayout(filters);
-  layout->addWidget(view_, 0, Qt::AlignHCenter);
+  layout->addWidget(view_, 1, Qt::AlignHCenter);
   layout->addLayout(axes);
   layout->addLayout(styleRow);
   layout->addLayout(measureRow);
-  layout->addStretch(1);
 
   connect(comZeitraum_, &QComboBox::activated, this, &ChartPanel::RedrawAndSave);
   connect(comJahr_, &QComboBox::activated, this, &ChartPanel::RedrawAndSave);

@@ -6,7 +6,7 @@
 
 namespace minutor {
 
-// The chart's drawing surface: white, of the chart's fixed size.
+// The chart's drawing surface: white, at most of the chart's size.
 class ChartView : public QWidget {
   Q_OBJECT
 
@@ -15,6 +15,7 @@ class ChartView : public QWidget {
 
   void SetPicture(ChartPicture picture);
   const ChartPicture& Picture() const { return picture_; }
+  QSize sizeHint() const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
