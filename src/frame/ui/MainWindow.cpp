@@ -71,7 +71,14 @@ bool HasPanel(int index) {
 // number field under the pointer changes only once the user has clicked it.
 class ScrolledPanel : public QObject {
  public:
-  explicit ScrolledPanel(QScrollArea* scroll) : QObject(scroll), scroll_(scroll) {
+  // The parts are kept apart from the scroll area: while the area is being
+  // destroyed, its fields still send events here, and the area is no longer
+  // a scroll area then.
+  explicit ScrolledPanel(QScrollArea* scroll)
+      : QObject(scroll),
+        panel_(scroll->widget()),
+        viewport_(scroll->viewport()),
+        scrollBar_(scroll->verticalScrollBar()) {
     QWidget* panel = scroll->widget();
     QList<QWidget*> fields;
     for (QComboBox* box : panel->findChildren<QComboBox*>()) {
@@ -92,22 +99,23 @@ class ScrolledPanel : public QObject {
     // A scroll area keeps a panel as high as the panel is at its narrowest,
     // where wrapped lines take the most room; at the width it has, the panel
     // needs only the height for that width.
-    if (watched == scroll_->viewport()) {
-      QWidget* panel = scroll_->widget();
-      if (event->type() == QEvent::Resize && panel->hasHeightForWidth()) {
-        panel->setMinimumHeight(panel->heightForWidth(scroll_->viewport()->width()));
+    if (watched == viewport_) {
+      if (event->type() == QEvent::Resize && panel_ && panel_->hasHeightForWidth()) {
+        panel_->setMinimumHeight(panel_->heightForWidth(viewport_->width()));
       }
       return false;
     }
-    if (event->type() == QEvent::Wheel && !static_cast<QWidget*>(watched)->hasFocus()) {
-      QCoreApplication::sendEvent(scroll_->verticalScrollBar(), event);
+    if (event->type() == QEvent::Wheel && scrollBar_ && !static_cast<QWidget*>(watched)->hasFocus()) {
+      QCoreApplication::sendEvent(scrollBar_, event);
       return true;
     }
     return false;
   }
 
  private:
-  QScrollArea* scroll_;
+  QPointer<QWidget> panel_;
+  QPointer<QWidget> viewport_;
+  QPointer<QScrollBar> scrollBar_;
 };
 
 }  // namespace
