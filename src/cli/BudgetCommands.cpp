@@ -18,13 +18,6 @@ namespace minutor::cli {
 
 namespace {
 
-void Print(std::FILE* stream, const QString& text) { std::fputs((text + '\n').toUtf8().constData(), stream); }
-
-int Fail(std::FILE* err, const QString& message) {
-  Print(err, QStringLiteral("minutorctl: ") + message);
-  return kError;
-}
-
 // The rests as the Budget panel shows them for the user.
 int ShowBudget(const DataDir& dir, const QString& user, const QDate& today, std::FILE* out, std::FILE* err) {
   AppState state;

@@ -17,15 +17,6 @@ namespace minutor::cli {
 
 namespace {
 
-void Print(std::FILE* stream, const QString& text) {
-  std::fputs((text + QLatin1Char('\n')).toUtf8().constData(), stream);
-}
-
-int Fail(std::FILE* err, const QString& message, int code = kError) {
-  Print(err, QStringLiteral("minutorctl: ") + message);
-  return code;
-}
-
 QString Currency(const DataDir& dir) {
   AppState state;
   LoadOptions(dir, state);
@@ -55,18 +46,10 @@ int Report(const DataDir& dir, const QStringList& args, std::FILE* out, std::FIL
   if (!problem.isEmpty()) {
     return Fail(err, problem, kUsage);
   }
-  const QString period = parser.value(QStringLiteral("period"));
-  if (!ReportPeriodItems().contains(period)) {
-    return Fail(
-        err, QStringLiteral("--period takes one of: %1").arg(ReportPeriodItems().join(QStringLiteral(", "))),
-        kUsage);
-  }
-  QDate today = QDate::currentDate();
-  if (parser.isSet(QStringLiteral("today"))) {
-    today = QDate::fromString(parser.value(QStringLiteral("today")), Qt::ISODate);
-    if (!today.isValid()) {
-      return Fail(err, QStringLiteral("--today takes a date YYYY-MM-DD"), kUsage);
-    }
+  QString period;
+  QDate today;
+  if (const int code = ReadReportPeriod(parser, err, period, today); code != kOk) {
+    return code;
   }
   const ReportTexts texts =
       BuildReport(dir, period, parser.value(QStringLiteral("user")), today, Currency(dir));
@@ -153,6 +136,23 @@ int Chart(const DataDir& dir, const QStringList& args, std::FILE* out, std::FILE
 }
 
 }  // namespace
+
+int ReadReportPeriod(const QCommandLineParser& parser, std::FILE* err, QString& period, QDate& today) {
+  period = parser.value(QStringLiteral("period"));
+  if (!ReportPeriodItems().contains(period)) {
+    return Fail(
+        err, QStringLiteral("--period takes one of: %1").arg(ReportPeriodItems().join(QStringLiteral(", "))),
+        kUsage);
+  }
+  today = QDate::currentDate();
+  if (parser.isSet(QStringLiteral("today"))) {
+    today = QDate::fromString(parser.value(QStringLiteral("today")), Qt::ISODate);
+    if (!today.isValid()) {
+      return Fail(err, QStringLiteral("--today takes a date YYYY-MM-DD"), kUsage);
+    }
+  }
+  return kOk;
+}
 
 int RunChartCommand(const DataDir& dir, const QStringList& args, std::FILE* out, std::FILE* err) {
   if (args.value(0) == QLatin1String("report")) {

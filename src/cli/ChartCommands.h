@@ -2,11 +2,15 @@
 
 #include <QStringList>
 
+#include <QDate>
+
 #include <cstdio>
 
 namespace minutor {
 class DataDir;
 }
+
+class QCommandLineParser;
 
 namespace minutor::cli {
 
@@ -14,5 +18,9 @@ namespace minutor::cli {
 // the analysis' texts, as the panels show them. `args` starts with the
 // command's name; the return value is the exit code.
 int RunChartCommand(const DataDir& dir, const QStringList& args, std::FILE* out, std::FILE* err);
+
+// The analysis' --period and --today of a parsed command line; kUsage, told
+// on `err`, when either doesn't hold.
+int ReadReportPeriod(const QCommandLineParser& parser, std::FILE* err, QString& period, QDate& today);
 
 }  // namespace minutor::cli

@@ -5,8 +5,8 @@
 #include "cli/CompareCommands.h"
 #include "cli/ExportCommands.h"
 #include "cli/HistoryCommands.h"
-#include "cli/SimulatedConnection.h"
 #include "cli/PrintCommands.h"
+#include "cli/SimulatedConnection.h"
 #include "cli/UpdateCommands.h"
 #include "desk/FreeAllowance.h"
 #include "frame/AppState.h"
@@ -409,6 +409,15 @@ int Simulate(const DataDir& dir, QStringList args, const Io& io) {
 }
 
 }  // namespace
+
+void Print(std::FILE* stream, const QString& text) {
+  std::fputs((text + QLatin1Char('\n')).toUtf8().constData(), stream);
+}
+
+int Fail(std::FILE* err, const QString& message, int code) {
+  Print(err, QStringLiteral("minutorctl: ") + message);
+  return code;
+}
 
 int Run(const QStringList& arguments, const QString& defaultDataDir, std::FILE* in, std::FILE* out,
         std::FILE* err) {

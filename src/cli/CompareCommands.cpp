@@ -1,5 +1,7 @@
 #include "cli/CompareCommands.h"
 
+#include "cli/ChartCommands.h"
+
 #include "cli/Commands.h"
 #include "frame/datadir/DataDir.h"
 #include "frame/datadir/NumberText.h"
@@ -11,19 +13,6 @@
 #include <QDate>
 
 namespace minutor::cli {
-
-namespace {
-
-void Print(std::FILE* stream, const QString& text) {
-  std::fputs((text + QLatin1Char('\n')).toUtf8().constData(), stream);
-}
-
-int Fail(std::FILE* err, const QString& message, int code) {
-  Print(err, QStringLiteral("minutorctl: ") + message);
-  return code;
-}
-
-}  // namespace
 
 int CompareCommand(const DataDir& dir, const QStringList& args, std::FILE* out, std::FILE* err) {
   QCommandLineParser parser;
@@ -40,18 +29,10 @@ int CompareCommand(const DataDir& dir, const QStringList& args, std::FILE* out, 
     return Fail(err, QStringLiteral("unexpected argument %1").arg(parser.positionalArguments().first()),
                 kUsage);
   }
-  const QString period = parser.value(QStringLiteral("period"));
-  if (!ReportPeriodItems().contains(period)) {
-    return Fail(
-        err, QStringLiteral("--period takes one of: %1").arg(ReportPeriodItems().join(QStringLiteral(", "))),
-        kUsage);
-  }
-  QDate today = QDate::currentDate();
-  if (parser.isSet(QStringLiteral("today"))) {
-    today = QDate::fromString(parser.value(QStringLiteral("today")), Qt::ISODate);
-    if (!today.isValid()) {
-      return Fail(err, QStringLiteral("--today takes a date YYYY-MM-DD"), kUsage);
-    }
+  QString period;
+  QDate today;
+  if (const int code = ReadReportPeriod(parser, err, period, today); code != kOk) {
+    return code;
   }
   const TariffComparison comparison =
       CompareTariffs(dir, period, parser.value(QStringLiteral("user")), today);

@@ -20,15 +20,6 @@ namespace minutor::cli {
 
 namespace {
 
-void Print(std::FILE* stream, const QString& text) {
-  std::fputs((text + QLatin1Char('\n')).toUtf8().constData(), stream);
-}
-
-int Fail(std::FILE* err, const QString& message) {
-  Print(err, QStringLiteral("minutorctl: ") + message);
-  return kError;
-}
-
 // Boxes the logic shows become lines on standard error.
 class ErrorStreamPrompter final : public Prompter {
  public:

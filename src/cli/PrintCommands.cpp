@@ -11,15 +11,6 @@
 
 namespace minutor::cli {
 
-namespace {
-
-int Fail(std::FILE* err, const QString& message, int code = kError) {
-  std::fputs((QStringLiteral("minutorctl: ") + message + QLatin1Char('\n')).toUtf8().constData(), err);
-  return code;
-}
-
-}  // namespace
-
 int PrintCommand(const DataDir& dir, const QStringList& args, std::FILE* out, std::FILE* err) {
   QCommandLineParser parser;
   parser.setApplicationDescription(

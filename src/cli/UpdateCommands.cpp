@@ -20,10 +20,6 @@ namespace minutor::cli {
 
 namespace {
 
-void Print(std::FILE* file, const QString& text) {
-  std::fputs((text + QLatin1Char('\n')).toUtf8().constData(), file);
-}
-
 // Boxes become lines on standard error.
 class ErrorPrompter final : public Prompter {
  public:
