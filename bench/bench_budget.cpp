@@ -12,6 +12,8 @@
 #include "users/FieldCipher.h"
 #include "users/TimeLeft.h"
 
+#include "PlainRead.h"
+
 #include <QCoreApplication>
 #include <QDate>
 #include <QElapsedTimer>
@@ -21,10 +23,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
-
-#include <dirent.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 using namespace minutor;
 
@@ -68,34 +66,6 @@ void MakeRecords(const DataDir& dir, int count) {
   }
 }
 
-// Lists the folder and reads the files the filter lets through.
-qint64 TimeBaseline(const QString& folder, const std::function<bool(const QByteArray&)>& opens,
-                    qint64* checksum) {
-  QElapsedTimer timer;
-  timer.start();
-  char buffer[4096];
-  if (DIR* d = ::opendir(QFile::encodeName(folder).constData())) {
-    while (const dirent* entry = ::readdir(d)) {
-      const QByteArray name(entry->d_name);
-      if (name.size() < 8 || name.startsWith('.') || !opens(name)) {
-        continue;
-      }
-      const int fd = ::open(
-          QFile::encodeName(folder + QLatin1Char('/') + QFile::decodeName(name)).constData(), O_RDONLY);
-      if (fd < 0) {
-        continue;
-      }
-      ssize_t got = 0;
-      while ((got = ::read(fd, buffer, sizeof buffer)) > 0) {
-        *checksum += got;
-      }
-      ::close(fd);
-    }
-    ::closedir(d);
-  }
-  return timer.nsecsElapsed();
-}
-
 qint64 Time(const std::function<void()>& work) {
   QElapsedTimer timer;
   timer.start();
@@ -128,14 +98,17 @@ int main(int argc, char* argv[]) {
   qint64 timeLeftBaseline = 0;
   // Best of three rounds each, alternating, so that all see the same cache.
   for (int round = 0; round < 3; ++round) {
-    const qint64 bb = TimeBaseline(
-        folder, [](const QByteArray&) { return true; }, &checksum);
+    const qint64 bb = bench::PlainRead(
+        folder, [](const QByteArray& name) { return name.size() >= 8; }, &checksum);
     const qint64 b = Time([&] {
       const auto rests = GetBudget(dir, QStringLiteral("Kind"), kToday);
       checksum += rests ? static_cast<qint64>(rests->rests[2]) : 0;
     });
-    const qint64 tb = TimeBaseline(
-        folder, [&](const QByteArray& name) { return name.mid(2, 6) == month || name.left(2) == day; },
+    const qint64 tb = bench::PlainRead(
+        folder,
+        [&](const QByteArray& name) {
+          return name.size() >= 8 && (name.mid(2, 6) == month || name.left(2) == day);
+        },
         &checksum);
     const qint64 t =
         Time([&] { checksum += ComputeTimeLeft(dir, QStringLiteral("Kind"), 60, 600, kToday).monthSeconds; });

@@ -27,6 +27,8 @@
 #include "metering/ConnectionRecord.h"
 #include "users/FieldCipher.h"
 
+#include "PlainRead.h"
+
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
@@ -36,10 +38,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
-
-#include <dirent.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 using namespace minutor;
 
@@ -120,36 +118,6 @@ void MakeTariffs(const DataDir& dir) {
       file.write(head + "\r\n" + zones);
     }
   }
-}
-
-// The least any reader must do: list the folder and read the chosen files.
-qint64 PlainRead(const QString& folder, const std::function<bool(const QByteArray& name)>& wanted,
-                 qint64* checksum) {
-  QElapsedTimer timer;
-  timer.start();
-  QList<QByteArray> chosen;
-  if (DIR* d = ::opendir(QFile::encodeName(folder).constData())) {
-    while (const dirent* entry = ::readdir(d)) {
-      const QByteArray name(entry->d_name);
-      if (name.endsWith(".con") && wanted(name)) {
-        chosen.append(QFile::encodeName(folder) + '/' + name);
-      }
-    }
-    ::closedir(d);
-  }
-  char buffer[4096];
-  for (const QByteArray& path : chosen) {
-    const int fd = ::open(path.constData(), O_RDONLY);
-    if (fd < 0) {
-      continue;
-    }
-    ssize_t got = 0;
-    while ((got = ::read(fd, buffer, sizeof buffer)) > 0) {
-      *checksum += got;
-    }
-    ::close(fd);
-  }
-  return timer.nsecsElapsed();
 }
 
 qint64 TimeList(const DataDir& dir, const QString& period, qint64* checksum) {
@@ -250,12 +218,15 @@ int main(int argc, char* argv[]) {
   const QByteArray month = QByteArray::number(kToday.month()).rightJustified(2, '0');
   const QByteArray year = QByteArray::number(kToday.year());
   const auto all = [&](qint64* sum) {
-    return PlainRead(
-        folder, [](const QByteArray&) { return true; }, sum);
+    return bench::PlainRead(
+        folder, [](const QByteArray& name) { return name.endsWith(".con"); }, sum);
   };
   const auto thisMonth = [&](qint64* sum) {
-    return PlainRead(
-        folder, [&](const QByteArray& name) { return name.mid(2, 2) == month && name.mid(4, 4) == year; },
+    return bench::PlainRead(
+        folder,
+        [&](const QByteArray& name) {
+          return name.endsWith(".con") && name.mid(2, 2) == month && name.mid(4, 4) == year;
+        },
         sum);
   };
   const Ratio kRatios[] = {

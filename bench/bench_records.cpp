@@ -12,6 +12,8 @@
 #include "metering/ConnectionRecord.h"
 #include "users/FieldCipher.h"
 
+#include "PlainRead.h"
+
 #include <QCoreApplication>
 #include <QDate>
 #include <QElapsedTimer>
@@ -20,10 +22,6 @@
 
 #include <algorithm>
 #include <cstdio>
-
-#include <dirent.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 using namespace minutor;
 
@@ -90,44 +88,6 @@ qint64 TimeReader(const QStringList& paths, qint64* checksum) {
   return timer.nsecsElapsed();
 }
 
-qint64 TimeBaseline(const QStringList& paths, qint64* checksum) {
-  QElapsedTimer timer;
-  timer.start();
-  char buffer[4096];
-  for (const QString& path : paths) {
-    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY);
-    if (fd < 0) {
-      continue;
-    }
-    ssize_t got = 0;
-    while ((got = ::read(fd, buffer, sizeof buffer)) > 0) {
-      *checksum += got;
-    }
-    ::close(fd);
-  }
-  return timer.nsecsElapsed();
-}
-
-// The least the free allowance must do: list the records' folder and read
-// the files of the month.
-qint64 TimeAllowanceBaseline(const QString& folder, int month, qint64* checksum) {
-  QElapsedTimer timer;
-  timer.start();
-  const QByteArray wanted = QByteArray::number(month).rightJustified(2, '0');
-  QStringList chosen;
-  if (DIR* d = ::opendir(QFile::encodeName(folder).constData())) {
-    while (const dirent* entry = ::readdir(d)) {
-      const QByteArray name(entry->d_name);
-      if (name.size() > 4 && name.mid(2, 2) == wanted) {
-        chosen.append(folder + QLatin1Char('/') + QFile::decodeName(name));
-      }
-    }
-    ::closedir(d);
-  }
-  const qint64 listed = timer.nsecsElapsed();
-  return listed + TimeBaseline(chosen, checksum);
-}
-
 qint64 TimeAllowance(const DataDir& dir, const QDate& today, qint64* checksum) {
   QElapsedTimer timer;
   timer.start();
@@ -150,8 +110,12 @@ int main(int argc, char* argv[]) {
   qint64 reader = 0;
   qint64 baseline = 0;
   qint64 checksum = 0;
+  QList<QByteArray> encodedPaths;
+  for (const QString& path : paths) {
+    encodedPaths.append(QFile::encodeName(path));
+  }
   for (int round = 0; round < 3; ++round) {
-    const qint64 b = TimeBaseline(paths, &checksum);
+    const qint64 b = bench::PlainReadFiles(encodedPaths, &checksum);
     const qint64 r = TimeReader(paths, &checksum);
     baseline = round == 0 ? b : std::min(baseline, b);
     reader = round == 0 ? r : std::min(reader, r);
@@ -162,7 +126,10 @@ int main(int argc, char* argv[]) {
   qint64 allowance = 0;
   qint64 allowanceBaseline = 0;
   for (int round = 0; round < 3; ++round) {
-    const qint64 b = TimeAllowanceBaseline(dir.Resolve(kRecordFolder), today.month(), &checksum);
+    const QByteArray wanted = QByteArray::number(today.month()).rightJustified(2, '0');
+    const qint64 b = bench::PlainRead(
+        dir.Resolve(kRecordFolder),
+        [&](const QByteArray& name) { return name.size() > 4 && name.mid(2, 2) == wanted; }, &checksum);
     const qint64 r = TimeAllowance(dir, today, &checksum);
     allowanceBaseline = round == 0 ? b : std::min(allowanceBaseline, b);
     allowance = round == 0 ? r : std::min(allowance, r);
