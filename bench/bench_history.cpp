@@ -1,7 +1,8 @@
 // Times the history readers against plain reads of the same files, in the
 // same run:
 //
-//   bench_history [N]     N records (default 100000) in a temporary data directory
+//   bench_history [N] [NAME...]   N records (default 100000) in a temporary data
+//                                 directory; with names, only those ratios
 //
 // Prints "list ratio R" (the list over "Gesamt" against reading every file
 // plainly), "month ratio R" (the list over "Dieser Monat" against listing the
@@ -238,8 +239,15 @@ int main(int argc, char* argv[]) {
        [&](qint64* sum) { return TimeReport(dir, sum); }},
   };
 
+  QList<QByteArray> only;
+  for (int i = 2; i < argc; ++i) {
+    only.append(argv[i]);
+  }
   qint64 checksum = 0;
   for (const Ratio& ratio : kRatios) {
+    if (!only.isEmpty() && !only.contains(ratio.name)) {
+      continue;
+    }
     // Best of three rounds each, alternating, so that both see the same cache.
     qint64 measured = 0;
     qint64 baseline = 0;
@@ -260,6 +268,8 @@ int main(int argc, char* argv[]) {
   const FixedClock clock(QDateTime(kToday, QTime(12, 0)));
   SilentPrompter prompter;
   const Services services{state, dir, clock, prompter};
-  std::printf("stall ms %lld\n", static_cast<long long>(StallWhileLoading(services)));
+  if (only.isEmpty() || only.contains("stall")) {
+    std::printf("stall ms %lld\n", static_cast<long long>(StallWhileLoading(services)));
+  }
   return 0;
 }

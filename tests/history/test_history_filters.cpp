@@ -153,6 +153,38 @@ class TestHistoryFilters : public QObject {
         data.dir(), [](const QString&, const QDate&) { return true; }, [](const RecordFile&) {}, &cancel);
     QVERIFY(stopped.cancelled);
     QCOMPARE(stopped.read, 0);
+
+    // A long history is read ahead on other threads: still every file once,
+    // in name order, and a cancel from the caller stops it where it stands.
+    QStringList names;
+    for (int i = 0; i < 700; ++i) {
+      const QDate date = QDate(2020, 1, 1).addDays(i * 37 % 2000);
+      const QString time = QStringLiteral("%1:00:00").arg(i % 24, 2, 10, QLatin1Char('0'));
+      names.append(date.toString(QStringLiteral("ddMMyyyy")) + QLatin1Char('-') +
+                   QString(time).remove(QLatin1Char(':')) + QStringLiteral(".con"));
+      test::WriteRecord(data, names.last(),
+                        test::RecordLines(date.toString(QStringLiteral("dd.MM.yyyy")).toLatin1(), time.toLatin1(),
+                                          "0:01:00", "1,00"));
+    }
+    QStringList handed;
+    cancel = false;
+    const WalkResult some = WalkRecords(
+        data.dir(), [](const QString&, const QDate& date) { return date.year() < 2026; },
+        [&](const RecordFile& record) {
+          handed.append(record.name);
+          QCOMPARE(record.Line(2), record.name.mid(9, 2).toLatin1() + ":00:00");
+          cancel = handed.size() == 500;
+        },
+        &cancel);
+    QVERIFY(some.cancelled);
+    QCOMPARE(some.read, 500);
+    handed.clear();
+    const WalkResult whole = WalkRecords(
+        data.dir(), [](const QString&, const QDate& date) { return date.year() < 2026; },
+        [&](const RecordFile& record) { handed.append(record.name); });
+    std::sort(names.begin(), names.end());
+    QCOMPARE(whole.read, 700);
+    QCOMPARE(handed, names);
   }
 
   void usersListStartsWithAll() {
