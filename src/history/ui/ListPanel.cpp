@@ -76,7 +76,11 @@ void ListPanel::BuildUi() {
   const auto combo = [this](const char* name) {
     auto* box = new QComboBox(this);
     box->setObjectName(QString::fromLatin1(name));
-    box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    // Long provider and tariff names must not widen the panel beyond the
+    // window: the boxes share the row's width and show what fits.
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setMinimumContentsLength(4);
+    box->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     return box;
   };
   period_ = combo("comZeitraum");
@@ -96,7 +100,8 @@ void ListPanel::BuildUi() {
   filters->addWidget(provider_, 1, 1, 1, 2);
   filters->addWidget(new QLabel(QStringLiteral("Tarif:"), this), 1, 3);
   filters->addWidget(tariff_, 1, 4);
-  filters->setColumnStretch(5, 1);
+  filters->setColumnStretch(1, 1);
+  filters->setColumnStretch(4, 1);
   layout->addLayout(filters);
 
   model_ = new ConnectionListModel(this);
