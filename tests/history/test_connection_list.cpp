@@ -1,12 +1,11 @@
 #include "history/ConnectionList.h"
 #include "history/ListColouring.h"
 #include "history/ListConfig.h"
-#include "history/ListLoader.h"
 #include "history/ListSort.h"
+#include "history/NewestRun.h"
 #include "support/RecordFiles.h"
 #include "support/TempDataDir.h"
 
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace minutor;
@@ -168,22 +167,37 @@ class TestConnectionList : public QObject {
     QCOMPARE(rows.size(), 4);
   }
 
-  void loaderHandsOverOnlyTheNewest() {
+  // The panels' worker: a second start cancels the first, whose result and
+  // progress never come back; a dropped run delivers nothing either.
+  void newestRunHandsOverOnlyTheNewest() {
     test::TempDataDir data;
     WriteHistory(data);
-    auto loader = std::make_unique<ListLoader>(data.dir());
-    QSignalSpy spy(loader.get(), &ListLoader::loaded);
-    loader->Load(AllOf(data.dir(), QStringLiteral("Heute")), SortByHeader(kColumnDatum));
-    loader->Load(AllOf(data.dir()), SortByHeader(kColumnDatum));
-    QVERIFY(loader->IsLoading());
-    QVERIFY(spy.wait());
-    QVERIFY(!loader->IsLoading());
-    loader.reset();  // waits for the overtaken request
+    const DataDir dir = data.dir();
+    const auto load = [dir](const QString& period) {
+      return [dir, period](const std::atomic<bool>& cancel, const std::function<void(int)>& progress) {
+        progress(period == QLatin1String("Heute") ? 1 : 2);
+        return GetConnections(dir, AllOf(dir, period), &cancel);
+      };
+    };
+    QList<ListResult> done;
+    QList<int> progress;
+    const auto take = [&](const ListResult& result) { done.append(result); };
+    const auto tell = [&](int value) { progress.append(value); };
+    {
+      NewestRun<ListResult> run;
+      run.Start(load(QStringLiteral("Heute")), take, tell);
+      run.Start(load(QStringLiteral("Gesamt")), take, tell);
+      QVERIFY(run.IsRunning());
+      QTRY_VERIFY(!run.IsRunning());
+      run.Start(load(QStringLiteral("Gesamt")), take, tell);
+      run.Drop();
+      QVERIFY(!run.IsRunning());
+    }
+    QThreadPool::globalInstance()->waitForDone();
     QCoreApplication::processEvents();
-    QCOMPARE(spy.size(), 1);
-    const auto result = spy.at(0).at(0).value<ListResult>();
-    QCOMPARE(Column(result.rows, kColumnStart),
-             (QStringList{"18:00:00", "09:00:00", "12:00:00", "07:00:00"}));
+    QCOMPARE(done.size(), 1);
+    QCOMPARE(progress, QList<int>{2});
+    QCOMPARE(done.at(0).rows.size(), 4);
   }
 
   void listConfig() {

@@ -6,7 +6,6 @@
 #include "frame/Services.h"
 #include "frame/datadir/DataDir.h"
 #include "frame/datadir/TaxFile.h"
-#include "history/ListLoader.h"
 #include "history/ListPeriod.h"
 #include "history/ui/ConnectionDialog.h"
 #include "history/ui/ConnectionListModel.h"
@@ -54,8 +53,6 @@ constexpr ButtonSpec kButtons[] = {
 ListPanel::ListPanel(const Services& services, RemoteAccess* remote, QWidget* parent)
     : QWidget(parent), services_(services), remote_(remote) {
   setObjectName(QStringLiteral("List"));
-  loader_ = new ListLoader(services_.dir, this);
-  connect(loader_, &ListLoader::loaded, this, &ListPanel::ShowLoaded);
   BuildUi();
 
   loading_ = true;
@@ -286,10 +283,18 @@ void ListPanel::GetConnections() {
   }
   loadingNote_->show();
   loadSort_ = sort_;
-  loader_->Load(query, sort_);
+  load_.Start(
+      [dir = services_.dir, query, sort = sort_](const std::atomic<bool>& cancel, const auto&) {
+        ListResult result = minutor::GetConnections(dir, query, &cancel);
+        if (!cancel) {
+          SortRows(result.rows, sort);
+        }
+        return result;
+      },
+      [this](const ListResult& result) { ShowLoaded(result); });
 }
 
-bool ListPanel::IsLoading() const { return loader_->IsLoading(); }
+bool ListPanel::IsLoading() const { return load_.IsRunning(); }
 
 void ListPanel::ShowLoaded(const ListResult& result) {
   model_->SetRows(result.rows);

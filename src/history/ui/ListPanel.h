@@ -2,6 +2,8 @@
 
 #include "history/ListConfig.h"
 #include "history/ListSelection.h"
+#include "history/ConnectionList.h"
+#include "history/NewestRun.h"
 
 #include <QWidget>
 
@@ -15,7 +17,6 @@ class QToolButton;
 namespace minutor {
 
 class ConnectionListModel;
-class ListLoader;
 class RemoteAccess;
 struct ListResult;
 struct Services;
@@ -72,7 +73,7 @@ class ListPanel : public QWidget {
 
   const Services& services_;
   RemoteAccess* remote_;
-  ListLoader* loader_ = nullptr;
+  NewestRun<ListResult> load_;
   ConnectionListModel* model_ = nullptr;
   QTableView* grid_ = nullptr;
   QComboBox* period_ = nullptr;
