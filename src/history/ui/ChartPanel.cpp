@@ -10,13 +10,11 @@
 #include "tariffs/TariffNames.h"
 
 #include <QComboBox>
-#include <QFutureWatcher>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QToolButton>
 #include <QVBoxLayout>
-#include <QtConcurrent/QtConcurrentRun>
 
 namespace minutor {
 
@@ -62,11 +60,7 @@ ChartPanel::ChartPanel(Services& services, QWidget* parent) : QWidget(parent), s
   Start();
 }
 
-ChartPanel::~ChartPanel() {
-  if (cancel_) {
-    *cancel_ = true;
-  }
-}
+ChartPanel::~ChartPanel() = default;
 
 void ChartPanel::BuildControls() {
   auto combo = [this](const char* name) {
@@ -298,13 +292,6 @@ void ChartPanel::RedrawAndSave() {
 void ChartPanel::DrawDiagramm() {
   Label3_->show();
   Label3_->raise();
-  if (cancel_) {
-    *cancel_ = true;
-  }
-  auto cancel = std::make_shared<std::atomic<bool>>(false);
-  cancel_ = cancel;
-  const int request = ++request_;
-
   ChartQuery query;
   query.month = comZeitraum_->currentIndex() + 1;
   query.year = comJahr_->currentIndex() >= 0 ? kFirstYear + comJahr_->currentIndex() : 0;
@@ -316,23 +303,17 @@ void ChartPanel::DrawDiagramm() {
   const ChartStyle style = style_;
   const QString currency = services_.state.Waehrung;
 
-  auto* watcher = new QFutureWatcher<ChartPicture>(this);
-  connect(watcher, &QFutureWatcher<ChartPicture>::finished, this, [this, watcher, request] {
-    watcher->deleteLater();
-    if (request != request_) {
-      return;
-    }
-    const ChartPicture picture = watcher->result();
-    view_->SetPicture(picture);
-    AxisX_->setText(picture.axisX);
-    AxisY_->setText(picture.axisY);
-    Label3_->hide();
-    emit drawn();
-  });
-  watcher->setFuture(QtConcurrent::run([dir, query, measure, style, currency, cancel] {
-    return minutor::DrawDiagramm(GatherChartData(dir, query, measure, cancel.get()), measure, style,
-                                 currency);
-  }));
+  draw_.Start(
+      [dir, query, measure, style, currency](const std::atomic<bool>& cancel, const auto&) {
+        return minutor::DrawDiagramm(GatherChartData(dir, query, measure, &cancel), measure, style, currency);
+      },
+      [this](const ChartPicture& picture) {
+        view_->SetPicture(picture);
+        AxisX_->setText(picture.axisX);
+        AxisY_->setText(picture.axisY);
+        Label3_->hide();
+        emit drawn();
+      });
 }
 
 }  // namespace minutor

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "history/ChartDrawing.h"
+#include "history/ChartPicture.h"
+#include "history/NewestRun.h"
 
 #include <QWidget>
 
@@ -57,8 +59,7 @@ class ChartPanel : public QWidget {
   ChartStyle style_ = ChartStyle::Balken;
   ChartStyle lastTimeStyle_ = ChartStyle::Balken;
   bool loading_ = true;
-  int request_ = 0;
-  std::shared_ptr<std::atomic<bool>> cancel_;
+  NewestRun<ChartPicture> draw_;
 
   QComboBox* comZeitraum_ = nullptr;
   QComboBox* comJahr_ = nullptr;

@@ -9,11 +9,9 @@
 #include "history/ui/TariffComparisonView.h"
 
 #include <QComboBox>
-#include <QFutureWatcher>
 #include <QGridLayout>
 #include <QLabel>
 #include <QVBoxLayout>
-#include <QtConcurrent/QtConcurrentRun>
 
 namespace minutor {
 
@@ -37,11 +35,7 @@ ReportPanel::ReportPanel(Services& services, QWidget* parent) : QWidget(parent),
   BuildReport();
 }
 
-ReportPanel::~ReportPanel() {
-  if (cancel_) {
-    *cancel_ = true;
-  }
-}
+ReportPanel::~ReportPanel() = default;
 
 void ReportPanel::BuildControls() {
   comZeitraum_ = new QComboBox(this);
@@ -99,12 +93,6 @@ bool ReportPanel::IsCalculating() const { return !busy_->isHidden(); }
 
 void ReportPanel::BuildReport() {
   busy_->show();
-  if (cancel_) {
-    *cancel_ = true;
-  }
-  auto cancel = std::make_shared<std::atomic<bool>>(false);
-  cancel_ = cancel;
-  const int request = ++request_;
   const DataDir dir = services_.dir;
   const QString period = comZeitraum_->currentText();
   const QString user = comUser_->currentText();
@@ -112,16 +100,11 @@ void ReportPanel::BuildReport() {
   const QString currency = services_.state.Waehrung;
   comparison_->SetSelection(period, user);
 
-  auto* watcher = new QFutureWatcher<ReportTexts>(this);
-  connect(watcher, &QFutureWatcher<ReportTexts>::finished, this, [this, watcher, request] {
-    watcher->deleteLater();
-    if (request == request_) {
-      Show(watcher->result());
-    }
-  });
-  watcher->setFuture(QtConcurrent::run([dir, period, user, today, currency, cancel] {
-    return minutor::BuildReport(dir, period, user, today, currency, cancel.get());
-  }));
+  build_.Start(
+      [dir, period, user, today, currency](const std::atomic<bool>& cancel, const auto&) {
+        return minutor::BuildReport(dir, period, user, today, currency, &cancel);
+      },
+      [this](const ReportTexts& texts) { Show(texts); });
 }
 
 void ReportPanel::Show(const ReportTexts& texts) {

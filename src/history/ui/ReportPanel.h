@@ -1,5 +1,8 @@
 #pragma once
 
+#include "history/NewestRun.h"
+#include "history/Report.h"
+
 #include <QWidget>
 
 #include <array>
@@ -11,7 +14,6 @@ class QLabel;
 
 namespace minutor {
 
-struct ReportTexts;
 struct Services;
 class TariffComparisonView;
 
@@ -37,8 +39,7 @@ class ReportPanel : public QWidget {
   void Show(const ReportTexts& texts);
 
   Services& services_;
-  int request_ = 0;
-  std::shared_ptr<std::atomic<bool>> cancel_;
+  NewestRun<ReportTexts> build_;
 
   QComboBox* comZeitraum_ = nullptr;
   QComboBox* comUser_ = nullptr;

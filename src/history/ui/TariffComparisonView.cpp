@@ -7,16 +7,13 @@
 #include "frame/datadir/NumberText.h"
 #include "history/TariffComparison.h"
 
-#include <QFutureWatcher>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QProgressBar>
-#include <QPromise>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
-#include <QtConcurrent/QtConcurrentRun>
 
 #include <cmath>
 
@@ -76,11 +73,7 @@ TariffComparisonView::TariffComparisonView(Services& services, QWidget* parent)
   SetRunning(false);
 }
 
-TariffComparisonView::~TariffComparisonView() {
-  if (cancel_) {
-    *cancel_ = true;
-  }
-}
+TariffComparisonView::~TariffComparisonView() = default;
 
 bool TariffComparisonView::IsComparing() const { return cmdAbbrechen_->isEnabled(); }
 
@@ -104,9 +97,6 @@ void TariffComparisonView::SetRunning(bool running) {
 }
 
 void TariffComparisonView::Compare() {
-  auto cancel = std::make_shared<std::atomic<bool>>(false);
-  cancel_ = cancel;
-  const int request = ++request_;
   tblVergleich_->setRowCount(0);
   lblVergleich_->setText(QStringLiteral("Berechne die Kosten mit jedem Tarif..."));
   progress_->setValue(0);
@@ -116,32 +106,17 @@ void TariffComparisonView::Compare() {
   const QString period = period_;
   const QString user = user_;
   const QDate today = services_.clock.Now().date();
-  auto* watcher = new QFutureWatcher<TariffComparison>(this);
-  connect(watcher, &QFutureWatcher<TariffComparison>::progressValueChanged, this, [this, request](int value) {
-    if (request == request_) {
-      progress_->setValue(value);
-    }
-  });
-  connect(watcher, &QFutureWatcher<TariffComparison>::finished, this, [this, watcher, request] {
-    watcher->deleteLater();
-    if (request == request_) {
-      Show(watcher->result());
-    }
-  });
-  watcher->setFuture(
-      QtConcurrent::run([dir, period, user, today, cancel](QPromise<TariffComparison>& promise) {
-        promise.setProgressRange(0, 100);
-        promise.addResult(CompareTariffs(dir, period, user, today, cancel.get(),
-                                         [&promise](int percent) { promise.setProgressValue(percent); }));
-      }));
+  compare_.Start(
+      [dir, period, user, today](const std::atomic<bool>& cancel, const std::function<void(int)>& progress) {
+        return CompareTariffs(dir, period, user, today, &cancel, progress);
+      },
+      [this](const TariffComparison& comparison) { Show(comparison); },
+      [this](int percent) { progress_->setValue(percent); });
 }
 
 void TariffComparisonView::Cancel() {
-  if (cancel_) {
-    *cancel_ = true;
-  }
   // What the worker still finds is dropped.
-  ++request_;
+  compare_.Drop();
   SetRunning(false);
   lblVergleich_->setText(QStringLiteral("Der Vergleich wurde abgebrochen."));
   emit finished();

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "history/NewestRun.h"
+#include "history/TariffComparison.h"
+
 #include <QGroupBox>
 
 #include <atomic>
@@ -47,8 +50,7 @@ class TariffComparisonView : public QGroupBox {
   Services& services_;
   QString period_;
   QString user_;
-  int request_ = 0;
-  std::shared_ptr<std::atomic<bool>> cancel_;
+  NewestRun<TariffComparison> compare_;
 
   QPushButton* cmdVergleichen_ = nullptr;
   QPushButton* cmdAbbrechen_ = nullptr;
