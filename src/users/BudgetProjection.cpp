@@ -13,12 +13,18 @@ constexpr int kPaceDays = 7;
 
 QString DayMonth(const QDate& date) { return date.toString(QStringLiteral("dd.MM.")); }
 
+// The year only where it isn't this one.
+QString FullDay(const QDate& date, const QDate& today) {
+  return date.year() == today.year() ? DayMonth(date) : date.toString(QStringLiteral("dd.MM.yyyy"));
+}
+
 }  // namespace
 
 BudgetProjection ProjectBudget(double rest, double lastWeekSpent, const QDate& today, const QDate& end) {
   BudgetProjection p;
   p.pace = std::max(lastWeekSpent, 0.0) / kPaceDays;
   p.end = end;
+  p.today = today;
   // A rest that the panels print as 0.00 counts as spent, as it does for
   // the warnings.
   if (std::round(rest * 100.0) <= 0.0) {
@@ -53,23 +59,23 @@ BudgetProjectionLine BudgetProjectionShows(const std::optional<BudgetProjection>
     return {};
   }
   const BudgetProjection& p = *projection;
-  const QString pace =
-      QStringLiteral("Ausgaben der letzten 7 Tage: %1 pro Tag. ").arg(RestText(p.pace, waehrung));
   if (p.usedUp) {
-    return {QStringLiteral("aufgebraucht"), QString(), pace + QStringLiteral("Das Budget ist aufgebraucht.")};
+    return {true, QString(), QString(),
+            QStringLiteral("Das Budget ist aufgebraucht (Ausgaben der letzten 7 Tage: %1 pro Tag).")
+                .arg(RestText(p.pace, waehrung))};
   }
+  const QString end = FullDay(p.end, p.today);
+  const QString lasts = p.lastsToEnd
+                            ? QStringLiteral("reicht bis zum Ende (%1)").arg(end)
+                            : QStringLiteral("reicht bis zum %1").arg(FullDay(p.lastsUntil, p.today));
   BudgetProjectionLine line;
-  line.lasts = p.lastsToEnd ? QStringLiteral("reicht bis zum Ende (%1)").arg(DayMonth(p.end))
-                            : QStringLiteral("reicht bis zum %1").arg(DayMonth(p.lastsUntil));
-  line.perDay = QStringLiteral("noch %1 pro Tag").arg(RestText(p.perDay, waehrung));
-  line.toolTip =
-      pace +
-      (p.lastsToEnd
-           ? QStringLiteral("Geht es so weiter, reicht das Budget bis zum Ende (%1).").arg(DayMonth(p.end))
-           : QStringLiteral("Geht es so weiter, ist das Budget am %1 aufgebraucht.")
-                 .arg(DayMonth(p.lastsUntil))) +
-      QStringLiteral(" Damit es bis zum %1 reicht, dürfen Sie noch %2 pro Tag ausgeben.")
-          .arg(DayMonth(p.end), RestText(p.perDay, waehrung));
+  line.until =
+      p.lastsToEnd ? QStringLiteral("bis Ende") : QStringLiteral("bis %1").arg(DayMonth(p.lastsUntil));
+  line.perDay = RestText(p.perDay, waehrung) + QStringLiteral("/Tag");
+  line.toolTip = QStringLiteral(
+                     "Das Budget %1 beim Tempo der letzten 7 Tage (%2 pro Tag). Damit es bis zum %3 "
+                     "reicht, dürfen Sie noch %4 pro Tag ausgeben.")
+                     .arg(lasts, RestText(p.pace, waehrung), end, RestText(p.perDay, waehrung));
   return line;
 }
 

@@ -20,6 +20,7 @@ struct BudgetProjection {
   QDate lastsUntil;     // the day the rest runs out, or the period's end
   QDate end;            // the period's last day
   double perDay = 0.0;  // the rest spread over the days left, today and end included
+  QDate today;          // the day projected from
 };
 
 // The rest runs out `floor(rest / pace)` days after today; at no pace, or
@@ -34,11 +35,17 @@ std::array<std::optional<BudgetProjection>, 3> ProjectBudgets(const BudgetRests&
 
 // A projection as the panels show it beside a rest.
 struct BudgetProjectionLine {
-  QString lasts;    // "reicht bis zum 23.11.", "reicht bis zum Ende (30.11.)", "aufgebraucht"
-  QString perDay;   // "noch 1,23 € pro Tag"; empty when used up
-  QString toolTip;  // the rule in words, with the pace
-  // Both, as one line: "reicht bis zum 23.11., noch 1,23 € pro Tag".
-  QString Joined() const { return perDay.isEmpty() ? lasts : lasts + QStringLiteral(", ") + perDay; }
+  bool usedUp = false;
+  QString until;    // "bis 23.11.", "bis Ende"; empty when used up
+  QString perDay;   // "1,23 €/Tag"; empty when used up
+  QString toolTip;  // both in words ("reicht bis zum 23.11."), with the pace they come from
+  // "bis 23.11. · 1,23 €/Tag", or "aufgebraucht"
+  QString Text() const {
+    if (usedUp) {
+      return QStringLiteral("aufgebraucht");
+    }
+    return until.isEmpty() ? QString() : until + QStringLiteral(" · ") + perDay;
+  }
 };
 // Empty texts for a budget without a projection.
 BudgetProjectionLine BudgetProjectionShows(const std::optional<BudgetProjection>& projection,

@@ -112,8 +112,8 @@ class TestBudget : public QObject {
     QCOMPARE(anna->lastWeekSpent, 7 * 1.5);
     // The month has 12,50 left after five days at 1,50: eight more days.
     const auto projections = ProjectBudgets(*anna, today);
-    QCOMPARE(BudgetProjectionShows(projections[1], QStringLiteral("€")).Joined(),
-             QStringLiteral("reicht bis zum 11.12., noch 0,43 € pro Tag"));
+    QCOMPARE(BudgetProjectionShows(projections[1], QStringLiteral("€")).Text(),
+             QStringLiteral("bis 11.12. · 0,43 €/Tag"));
     QVERIFY(!projections[2]);
     data.write(QStringLiteral("Benutzer/Benutzer.dat"), "1\r\n");
     data.write(QStringLiteral("Benutzer/Budget.dat"), "0\r\n0\r\n0\r\n1.1.2001\r\n31.1.2001\r\n");
@@ -127,28 +127,40 @@ class TestBudget : public QObject {
     QTest::addColumn<double>("lastWeekSpent");
     QTest::addColumn<QDate>("periodTo");
     QTest::addColumn<QString>("shown");
+    QTest::addColumn<QString>("told");  // a part of the tooltip
     // Today is 23.11.2026; the period begins on 1.11.2026. 21 a week is 3 a day.
     const QDate december(2026, 12, 31);
-    QTest::newRow("no pace lasts the month")
-        << 1 << 50.0 << 8.0 << 0.0 << december << "reicht bis zum Ende (30.11.), noch 1,00 € pro Tag";
-    QTest::newRow("refunds are no pace")
-        << 1 << 50.0 << 8.0 << -5.0 << december << "reicht bis zum Ende (30.11.), noch 1,00 € pro Tag";
+    QTest::newRow("no pace lasts the month") << 1 << 50.0 << 8.0 << 0.0 << december << "bis Ende · 1,00 €/Tag"
+                                             << "reicht bis zum Ende (30.11.)";
+    QTest::newRow("refunds are no pace") << 1 << 50.0 << 8.0 << -5.0 << december << "bis Ende · 1,00 €/Tag"
+                                         << "Tage (0,00 € pro Tag)";
     QTest::newRow("runs out in the month")
-        << 1 << 50.0 << 10.0 << 21.0 << december << "reicht bis zum 26.11., noch 1,25 € pro Tag";
+        << 1 << 50.0 << 10.0 << 21.0 << december << "bis 26.11. · 1,25 €/Tag"
+        << "reicht bis zum 26.11. beim";
     QTest::newRow("runs out on the last day")
-        << 1 << 50.0 << 22.0 << 21.0 << december << "reicht bis zum 30.11., noch 2,75 € pro Tag";
-    QTest::newRow("day runs out today")
-        << 0 << 5.0 << 2.0 << 21.0 << december << "reicht bis zum 23.11., noch 2,00 € pro Tag";
-    QTest::newRow("day lasts") << 0 << 5.0 << 4.0 << 21.0 << december
-                               << "reicht bis zum Ende (23.11.), noch 4,00 € pro Tag";
-    QTest::newRow("used up at 0.00") << 0 << 5.0 << 0.004 << 21.0 << december << "aufgebraucht";
-    QTest::newRow("overspent") << 1 << 50.0 << -3.0 << 21.0 << december << "aufgebraucht";
+        << 1 << 50.0 << 22.0 << 21.0 << december << "bis 30.11. · 2,75 €/Tag"
+        << "reicht bis zum 30.11. beim";
+    QTest::newRow("day runs out today") << 0 << 5.0 << 2.0 << 21.0 << december << "bis 23.11. · 2,00 €/Tag"
+                                        << "noch 2,00 € pro Tag";
+    QTest::newRow("day lasts") << 0 << 5.0 << 4.0 << 21.0 << december << "bis Ende · 4,00 €/Tag"
+                               << "reicht bis zum Ende (23.11.)";
+    QTest::newRow("used up at 0.00") << 0 << 5.0 << 0.004 << 21.0 << december << "aufgebraucht"
+                                     << "aufgebraucht (Ausgaben der letzten 7 Tage: 3,00 € pro Tag)";
+    QTest::newRow("overspent") << 1 << 50.0 << -3.0 << 21.0 << december << "aufgebraucht"
+                               << "aufgebraucht";
     QTest::newRow("period at a tiny pace")
-        << 2 << 500.0 << 390.0 << 1e-9 << december << "reicht bis zum Ende (31.12.), noch 10,00 € pro Tag";
-    QTest::newRow("period ending today") << 2 << 500.0 << 6.0 << 21.0 << QDate(2026, 11, 23)
-                                         << "reicht bis zum Ende (23.11.), noch 6,00 € pro Tag";
-    QTest::newRow("period in the past") << 2 << 500.0 << 6.0 << 21.0 << QDate(2026, 11, 22) << "";
-    QTest::newRow("not set") << 1 << 0.0 << 0.0 << 21.0 << december << "";
+        << 2 << 500.0 << 390.0 << 1e-9 << december << "bis Ende · 10,00 €/Tag"
+        << "reicht bis zum Ende (31.12.)";
+    QTest::newRow("period into next year")
+        << 2 << 500.0 << 120.0 << 21.0 << QDate(2027, 3, 31) << "bis 02.01. · 0,93 €/Tag"
+        << "reicht bis zum 02.01.2027 beim";
+    QTest::newRow("period ending today")
+        << 2 << 500.0 << 6.0 << 21.0 << QDate(2026, 11, 23) << "bis Ende · 6,00 €/Tag"
+        << "reicht bis zum Ende (23.11.)";
+    QTest::newRow("period in the past") << 2 << 500.0 << 6.0 << 21.0 << QDate(2026, 11, 22) << ""
+                                        << "";
+    QTest::newRow("not set") << 1 << 0.0 << 0.0 << 21.0 << december << ""
+                             << "";
   }
   void projectionAtTheLastWeeksPace() {
     QFETCH(int, budget);
@@ -157,6 +169,7 @@ class TestBudget : public QObject {
     QFETCH(double, lastWeekSpent);
     QFETCH(QDate, periodTo);
     QFETCH(QString, shown);
+    QFETCH(QString, told);
     BudgetRests rests;
     rests.amounts[static_cast<std::size_t>(budget)] = amount;
     rests.rests[static_cast<std::size_t>(budget)] = rest;
@@ -166,8 +179,9 @@ class TestBudget : public QObject {
     const auto projections = ProjectBudgets(rests, QDate(2026, 11, 23));
     const BudgetProjectionLine line =
         BudgetProjectionShows(projections[static_cast<std::size_t>(budget)], QStringLiteral("€"));
-    QCOMPARE(line.Joined(), shown);
-    QCOMPARE(line.toolTip.isEmpty(), shown.isEmpty());
+    QCOMPARE(line.Text(), shown);
+    QVERIFY2(line.toolTip.contains(told) && line.toolTip.isEmpty() == told.isEmpty(),
+             qPrintable(line.toolTip));
   }
 
   void panelsShowRestsAndTheOverviewJudgesThem() {
