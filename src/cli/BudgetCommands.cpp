@@ -7,6 +7,7 @@
 #include "frame/datadir/DataDir.h"
 #include "frame/datadir/Names.h"
 #include "users/Budget.h"
+#include "users/BudgetProjection.h"
 #include "users/TimeLeft.h"
 #include "users/UserAccounts.h"
 #include "users/UserFile.h"
@@ -18,7 +19,8 @@ namespace minutor::cli {
 
 namespace {
 
-// The rests as the Budget panel shows them for the user.
+// The rests as the Budget panel shows them for the user, each set one with
+// the day it lasts until at the last week's pace and what is left per day.
 int ShowBudget(const DataDir& dir, const QString& user, const QDate& today, std::FILE* out, std::FILE* err) {
   AppState state;
   LoadOptions(dir, state);
@@ -27,9 +29,16 @@ int ShowBudget(const DataDir& dir, const QString& user, const QDate& today, std:
     return Fail(err, kBudgetFilesDamaged);
   }
   const char* names[] = {"Tag", "Monat", "Definiert"};
+  const auto projections = ProjectBudgets(*budget, today);
   for (std::size_t i = 0; i < 3; ++i) {
     const BudgetPanelLine line = BudgetPanelShows(budget->amounts[i], budget->rests[i], state.Waehrung);
     Print(out, QString::fromLatin1(names[i]) + QLatin1Char('\t') + line.text);
+    if (const auto& p = projections[i]) {
+      Print(out, QStringLiteral("Reicht bis\t") +
+                     (p->usedUp ? QStringLiteral("aufgebraucht")
+                                : p->lastsUntil.toString(QStringLiteral("dd.MM.yyyy"))));
+      Print(out, QStringLiteral("Pro Tag\t") + RestText(p->perDay, state.Waehrung));
+    }
   }
   return kOk;
 }

@@ -8,8 +8,8 @@
 #include "frame/Services.h"
 #include "frame/StartUp.h"
 #include "frame/datadir/AnsiText.h"
-#include "frame/datadir/Names.h"
 #include "frame/datadir/ClockText.h"
+#include "frame/datadir/Names.h"
 #include "tariffs/PriceTexts.h"
 #include "users/TimeLeft.h"
 #include "users/UserAccounts.h"
@@ -193,19 +193,23 @@ bool OverviewSelection::ChooseUser(int index, bool panelVisible) {
 
 void OverviewSelection::ShowBudget() {
   budget_.reset();
+  projections_ = {};
   periodText_.clear();
   const QString& user = services_.state.ActiveUser;
   if (user.isEmpty()) {
     return;
   }
-  const auto rests = GetBudget(services_.dir, user, services_.clock.Now().date());
+  const QDate today = services_.clock.Now().date();
+  const auto rests = GetBudget(services_.dir, user, today);
   if (!rests) {
     services_.prompter.Message(kBudgetFilesDamaged, Prompter::Icon::Warning);
     return;
   }
   std::array<OverviewBudgetLine, 3> lines;
+  const auto projections = ProjectBudgets(*rests, today);
   for (std::size_t i = 0; i < 3; ++i) {
     lines[i] = OverviewBudgetShows(rests->amounts[i], rests->rests[i], services_.state.Waehrung);
+    projections_[i] = BudgetProjectionShows(projections[i], services_.state.Waehrung);
   }
   budget_ = lines;
   periodText_ = QStringLiteral("Zeitraum: ") + NormaliseDate(rests->periodFrom) + QStringLiteral(" - ") +

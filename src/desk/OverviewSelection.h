@@ -7,6 +7,7 @@
 #include "desk/OverviewFiles.h"
 #include "tariffs/TariffNames.h"
 #include "users/Budget.h"
+#include "users/BudgetProjection.h"
 
 #include <QList>
 #include <QString>
@@ -76,6 +77,9 @@ class OverviewSelection {
   // user: day, month and the defined period. Nothing when the budget files
   // are damaged (the user was told) or there is no user.
   const std::optional<std::array<OverviewBudgetLine, 3>>& Budget() const { return budget_; }
+  // Beside each rest: when it runs out at the last week's pace and what is
+  // left per day; empty texts where there is nothing to project.
+  const std::array<BudgetProjectionLine, 3>& Projections() const { return projections_; }
   // "Zeitraum: 1.1.2002 - 31.1.2002"
   const QString& PeriodText() const { return periodText_; }
 
@@ -128,6 +132,7 @@ class OverviewSelection {
   // load: they stay in the file until the user chooses another.
   std::optional<std::pair<QString, QString>> unreadTariff_;
   std::optional<std::array<OverviewBudgetLine, 3>> budget_;
+  std::array<BudgetProjectionLine, 3> projections_;
   QString periodText_;
 };
 

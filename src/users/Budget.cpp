@@ -76,12 +76,20 @@ std::optional<BudgetRests> GetBudget(const DataDir& dir, const QString& user, co
   const QByteArray day = today.toString(QStringLiteral("dd")).toLatin1();
   const QByteArray monthYear = today.toString(QStringLiteral("MMyyyy")).toLatin1();
   const bool periodHolds = result.PeriodHolds(today);
-  // Only records that count somewhere are opened: this month's, and all
-  // while today lies in the period.
+  // The last seven days, by the date their records' names begin with.
+  std::array<QByteArray, 7> lastWeek;
+  for (std::size_t i = 0; i < lastWeek.size(); ++i) {
+    lastWeek[i] = today.addDays(-static_cast<qint64>(i)).toString(QStringLiteral("ddMMyyyy")).toLatin1();
+  }
+  auto isLastWeek = [&](QByteArrayView name) {
+    return name.size() >= 8 && std::find(lastWeek.begin(), lastWeek.end(), name.first(8)) != lastWeek.end();
+  };
+  // Only records that count somewhere are opened: this month's, the last
+  // week's, and all while today lies in the period.
   auto isThisMonth = [&](QByteArrayView name) { return name.size() >= 8 && name.sliced(2, 6) == monthYear; };
   auto counts = [&](QByteArrayView name) {
     const bool isRecord = name.size() >= 4 && qstrnicmp(name.data() + name.size() - 4, ".con", 4) == 0;
-    return isRecord && (periodHolds || isThisMonth(name));
+    return isRecord && (periodHolds || isThisMonth(name) || isLastWeek(name));
   };
   ScanRecords(dir, counts, [&](const QString& path, QByteArrayView name) {
     const bool thisMonth = isThisMonth(name);
@@ -105,6 +113,9 @@ std::optional<BudgetRests> GetBudget(const DataDir& dir, const QString& user, co
     }
     if (periodHolds) {
       result.rests[2] -= cost;
+    }
+    if (isLastWeek(name)) {
+      result.lastWeekSpent += cost;
     }
   });
   return result;

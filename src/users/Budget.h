@@ -37,6 +37,9 @@ struct BudgetRests {
   std::array<double, 3> rests{};
   QDate periodFrom;
   QDate periodTo;
+  // What the records of the last seven days, today included, spent: the
+  // pace at which the rests go.
+  double lastWeekSpent = 0.0;
 
   // Today lies within the defined period, its ends included.
   bool PeriodHolds(const QDate& today) const { return periodFrom <= today && today <= periodTo; }
@@ -46,7 +49,8 @@ struct BudgetRests {
 // against the day, this month's against the month, and, while today lies in
 // the period, every record of whatever date against the period. A shared
 // budget counts every user's records, a separate one those of `user` (case
-// included). nullopt when the budget file is missing or a date in it isn't
+// included). The same records of the last seven days make `lastWeekSpent`.
+// nullopt when the budget file is missing or a date in it isn't
 // one: the caller says the budget files are damaged.
 std::optional<BudgetRests> GetBudget(const DataDir& dir, const QString& user, const QDate& today);
 

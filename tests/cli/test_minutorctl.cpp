@@ -254,7 +254,18 @@ class TestMinutorctl : public QObject {
 
     const Result budget =
         Ctl({"--datadir", data.path(), "budget", "--user", "Kind", "--today", "2026-11-23"});
-    QCOMPARE(budget.out, QByteArray("Tag\t0,05 €\nMonat\tinaktiv\nDefiniert\tinaktiv\n"));
+    QCOMPARE(
+        budget.out,
+        QByteArray(
+            "Tag\t0,05 €\nReicht bis\t23.11.2026\nPro Tag\t0,05 €\nMonat\tinaktiv\nDefiniert\tinaktiv\n"));
+    // 21 spent in the last week is 3 a day: the month's 18 last six days
+    // more, the period is spent.
+    test::WriteRecord(data, "20112026-100000.con",
+                      test::RecordLines("20.11.2026", "10:00:00", "01:00:00", "21"));
+    data.write(QStringLiteral("Benutzer/Anna.bdg"), "0\r\n39\r\n20\r\n1.11.2026\r\n31.12.2026\r\n");
+    QCOMPARE(Ctl({"--datadir", data.path(), "budget", "--user", "Anna", "--today", "2026-11-23"}).out,
+             QByteArray("Tag\tinaktiv\nMonat\t18,00 €\nReicht bis\t29.11.2026\nPro Tag\t2,25 €\n"
+                        "Definiert\t-1,00 €\nReicht bis\taufgebraucht\nPro Tag\t0,00 €\n"));
     const Result damaged = Ctl({"--datadir", data.path(), "budget", "--user", "Supervisor"});
     QCOMPARE(damaged.code, 1);
     QVERIFY(damaged.err.contains("Die Budgetdateien sind beschädigt"));

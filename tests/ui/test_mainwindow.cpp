@@ -8,6 +8,7 @@
 #include "frame/ui/SideBar.h"
 #include "metering/TrafficSource.h"
 #include "support/FakeProbes.h"
+#include "support/RecordFiles.h"
 #include "support/RecordingPrompter.h"
 #include "support/TempDataDir.h"
 
@@ -47,9 +48,18 @@ struct Program {
   MonitoringLoop loop{services, remote, network, host};
   std::unique_ptr<MainWindow> window;
 
-  explicit Program(bool withDetection = false) {
+  // With budgets, the rests show their widest texts: the day's overspent,
+  // the month's not set, the period's lasting.
+  explicit Program(bool withDetection = false, bool withBudgets = false) {
     data.write(QStringLiteral("Config/Overview.cfg"),
                "\r\nSupervisor\r\nFunkwelle\r\nFunkwelle - Tag und Nacht.tel\r\n");
+    if (withBudgets) {
+      data.write(QStringLiteral("Benutzer/Supervisor.bdg"), "5\r\n0\r\n500\r\n1.1.2000\r\n31.12.2099\r\n");
+      const QDate today = clock.Now().date();
+      test::WriteRecord(data, today.toString(QStringLiteral("ddMMyyyy")) + QStringLiteral("-080000.con"),
+                        test::RecordLines(today.toString(QStringLiteral("dd.MM.yyyy")).toLatin1(), "08:00:00",
+                                          "01:00:00", "6,00", "Funkwelle - Tag und Nacht.tel", "Supervisor"));
+    }
     if (withDetection) {
       data.write(QStringLiteral("Config/ConCheck.cfg"), " 1 \r\n 0 \r\n 0 \r\n 0 \r\n 1 \r\n");
       data.write(QStringLiteral("Config/IgnoredIPs.cfg"), "127.*.*.*\r\n");
@@ -168,7 +178,7 @@ class TestMainWindow : public QObject {
       QFont font = original;
       font.setPointSizeF(original.pointSizeF() * scale);
       QApplication::setFont(font);
-      Program p(true);
+      Program p(true, true);
       MainWindow& w = *p.window;
       QVERIFY(QTest::qWaitForWindowExposed(&w));
       const QWidget* client = w.findChild<QWidget*>(QStringLiteral("Picture2"));

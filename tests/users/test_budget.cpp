@@ -3,6 +3,7 @@
 #include "support/TestServices.h"
 #include "users/AlarmOutput.h"
 #include "users/Budget.h"
+#include "users/BudgetProjection.h"
 #include "users/ConnectionAlarms.h"
 #include "users/FieldCipher.h"
 #include "users/TimeLeft.h"
@@ -91,6 +92,96 @@ class TestBudget : public QObject {
     QVERIFY(GetBudget(t.data.dir(), QStringLiteral("Anna"), today));
     t.data.write(QStringLiteral("Benutzer/Benutzer.dat"), "1\r\n0\r\n0\r\nStandard\r\n");
     QVERIFY(!GetBudget(t.data.dir(), QStringLiteral("Anna"), today));
+  }
+
+  void theLastWeekSetsThePaceAcrossTheMonthsEnd() {
+    // Anna spends 1,50 a day and Ben 10 from 1.11. to 5.12.; today is 3.12.,
+    // so the last seven days reach back to 27.11. The period lies in the
+    // past: only the name filter opens November's records.
+    test::TempDataDir data;
+    for (QDate day(2026, 11, 1); day <= QDate(2026, 12, 5); day = day.addDays(1)) {
+      const QByteArray tag = day.toString(QStringLiteral("ddMMyyyy")).toLatin1();
+      WriteRecord(data, (tag + "-080000").constData(), "00:10:00", "S1,50", "Anna");
+      WriteRecord(data, (tag + "-090000").constData(), "00:10:00", "S10,00", "Ben");
+    }
+    WriteRecord(data, "01122025-080000", "00:10:00", "S7,00", "Anna");
+    data.write(QStringLiteral("Benutzer/Anna.bdg"), "4\r\n20\r\n9\r\n1.1.2001\r\n31.1.2001\r\n");
+    const QDate today(2026, 12, 3);
+    const auto anna = GetBudget(data.dir(), QStringLiteral("Anna"), today);
+    QVERIFY(anna);
+    QCOMPARE(anna->lastWeekSpent, 7 * 1.5);
+    // The month has 12,50 left after five days at 1,50: eight more days.
+    const auto projections = ProjectBudgets(*anna, today);
+    QCOMPARE(BudgetProjectionShows(projections[1], QStringLiteral("€")).Text(),
+             QStringLiteral("bis 11.12. · 0,43 €/Tag"));
+    QVERIFY(!projections[2]);
+    data.write(QStringLiteral("Benutzer/Benutzer.dat"), "1\r\n");
+    data.write(QStringLiteral("Benutzer/Budget.dat"), "0\r\n0\r\n0\r\n1.1.2001\r\n31.1.2001\r\n");
+    QCOMPARE(GetBudget(data.dir(), QStringLiteral("Anna"), today)->lastWeekSpent, 7 * 11.5);
+  }
+
+  void projectionAtTheLastWeeksPace_data() {
+    QTest::addColumn<int>("budget");  // day, month, period
+    QTest::addColumn<double>("amount");
+    QTest::addColumn<double>("rest");
+    QTest::addColumn<double>("lastWeekSpent");
+    QTest::addColumn<QDate>("periodTo");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QString>("told");  // a part of the tooltip
+    // Today is 23.11.2026; the period begins on 1.11.2026. 21 a week is 3 a day.
+    const QDate december(2026, 12, 31);
+    QTest::newRow("no pace lasts the month") << 1 << 50.0 << 8.0 << 0.0 << december << "bis Ende · 1,00 €/Tag"
+                                             << "reicht bis zum Ende (30.11.)";
+    QTest::newRow("refunds are no pace") << 1 << 50.0 << 8.0 << -5.0 << december << "bis Ende · 1,00 €/Tag"
+                                         << "Tage (0,00 € pro Tag)";
+    QTest::newRow("runs out in the month")
+        << 1 << 50.0 << 10.0 << 21.0 << december << "bis 26.11. · 1,25 €/Tag"
+        << "reicht bis zum 26.11. beim";
+    QTest::newRow("runs out on the last day")
+        << 1 << 50.0 << 22.0 << 21.0 << december << "bis 30.11. · 2,75 €/Tag"
+        << "reicht bis zum 30.11. beim";
+    QTest::newRow("day runs out today") << 0 << 5.0 << 2.0 << 21.0 << december << "bis 23.11. · 2,00 €/Tag"
+                                        << "noch 2,00 € pro Tag";
+    QTest::newRow("day lasts") << 0 << 5.0 << 4.0 << 21.0 << december << "bis Ende · 4,00 €/Tag"
+                               << "reicht bis zum Ende (23.11.)";
+    QTest::newRow("used up at 0.00") << 0 << 5.0 << 0.004 << 21.0 << december << "aufgebraucht"
+                                     << "aufgebraucht (Ausgaben der letzten 7 Tage: 3,00 € pro Tag)";
+    QTest::newRow("overspent") << 1 << 50.0 << -3.0 << 21.0 << december << "aufgebraucht"
+                               << "aufgebraucht";
+    QTest::newRow("period at a tiny pace")
+        << 2 << 500.0 << 390.0 << 1e-9 << december << "bis Ende · 10,00 €/Tag"
+        << "reicht bis zum Ende (31.12.)";
+    QTest::newRow("period into next year")
+        << 2 << 500.0 << 120.0 << 21.0 << QDate(2027, 3, 31) << "bis 02.01. · 0,93 €/Tag"
+        << "reicht bis zum 02.01.2027 beim";
+    QTest::newRow("period ending today")
+        << 2 << 500.0 << 6.0 << 21.0 << QDate(2026, 11, 23) << "bis Ende · 6,00 €/Tag"
+        << "reicht bis zum Ende (23.11.)";
+    QTest::newRow("period in the past") << 2 << 500.0 << 6.0 << 21.0 << QDate(2026, 11, 22) << ""
+                                        << "";
+    QTest::newRow("not set") << 1 << 0.0 << 0.0 << 21.0 << december << ""
+                             << "";
+  }
+  void projectionAtTheLastWeeksPace() {
+    QFETCH(int, budget);
+    QFETCH(double, amount);
+    QFETCH(double, rest);
+    QFETCH(double, lastWeekSpent);
+    QFETCH(QDate, periodTo);
+    QFETCH(QString, shown);
+    QFETCH(QString, told);
+    BudgetRests rests;
+    rests.amounts[static_cast<std::size_t>(budget)] = amount;
+    rests.rests[static_cast<std::size_t>(budget)] = rest;
+    rests.lastWeekSpent = lastWeekSpent;
+    rests.periodFrom = QDate(2026, 11, 1);
+    rests.periodTo = periodTo;
+    const auto projections = ProjectBudgets(rests, QDate(2026, 11, 23));
+    const BudgetProjectionLine line =
+        BudgetProjectionShows(projections[static_cast<std::size_t>(budget)], QStringLiteral("€"));
+    QCOMPARE(line.Text(), shown);
+    QVERIFY2(line.toolTip.contains(told) && line.toolTip.isEmpty() == told.isEmpty(),
+             qPrintable(line.toolTip));
   }
 
   void panelsShowRestsAndTheOverviewJudgesThem() {

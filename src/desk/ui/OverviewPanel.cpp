@@ -144,8 +144,12 @@ void OverviewPanel::BuildControls() {
   userRow->addWidget(comOverviewUser_);
   userRow->addStretch(1);
   userRow->addWidget(lblPeriod_);
-  benutzerGrid->addLayout(userRow, 0, 0, 1, 4);
+  benutzerGrid->addLayout(userRow, 0, 0, 1, 5);
   const char* budgetCaptions[3] = {"Heute:", "Dieser Monat:", "Definierter Zeitraum:"};
+  // The projection of a rest stands small at the row's end; the row's
+  // tooltip tells it whole.
+  QFont small = benutzer->font();
+  small.setPointSizeF(small.pointSizeF() * 0.85);
   for (int i = 0; i < 3; ++i) {
     const auto k = static_cast<std::size_t>(i);
     lblBudgetRest_[k] = new QLabel(benutzer);
@@ -158,10 +162,14 @@ void OverviewPanel::BuildControls() {
     barBudget_[k]->setMinimumWidth(30);
     lblBudgetPercent_[k] = new QLabel(benutzer);
     lblBudgetPercent_[k]->setObjectName(QStringLiteral("lblOverview(%1)").arg(i + 6));
+    lblBudgetProjection_[k] = new QLabel(benutzer);
+    lblBudgetProjection_[k]->setObjectName(QStringLiteral("lblProjection(%1)").arg(i));
+    lblBudgetProjection_[k]->setFont(small);
     benutzerGrid->addWidget(Caption(QString::fromUtf8(budgetCaptions[i]), benutzer), i + 1, 0);
     benutzerGrid->addWidget(lblBudgetRest_[k], i + 1, 1, Qt::AlignRight);
     benutzerGrid->addWidget(barBudget_[k], i + 1, 2);
     benutzerGrid->addWidget(lblBudgetPercent_[k], i + 1, 3, Qt::AlignRight);
+    benutzerGrid->addWidget(lblBudgetProjection_[k], i + 1, 4);
   }
   benutzerGrid->setColumnStretch(2, 1);
   benutzerGrid->setVerticalSpacing(1);
@@ -292,6 +300,15 @@ void OverviewPanel::ShowSelection() {
     lblBudgetRest_[i]->setText(budget ? (*budget)[i].rest : QStringLiteral("0.00 ") + state.Waehrung);
     lblBudgetPercent_[i]->setText(budget ? (*budget)[i].percent : QString());
     barBudget_[i]->setValue(budget ? (*budget)[i].bar : 0);
+    const BudgetProjectionLine& projection = selection_.Projections()[i];
+    // A used-up rest says so itself; the row has no room to repeat it.
+    lblBudgetProjection_[i]->setText(projection.until);
+    // The rule and what is left per day are told wherever the pointer
+    // rests on the budget's row.
+    for (QWidget* part : std::initializer_list<QWidget*>{lblBudgetProjection_[i], lblBudgetRest_[i],
+                                                         barBudget_[i], lblBudgetPercent_[i]}) {
+      part->setToolTip(projection.toolTip);
+    }
   }
   lblPeriod_->setText(selection_.PeriodText());
 

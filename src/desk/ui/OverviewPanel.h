@@ -82,6 +82,8 @@ class OverviewPanel : public QWidget {
   std::array<QLabel*, 3> lblBudgetRest_{};
   std::array<QProgressBar*, 3> barBudget_{};
   std::array<QLabel*, 3> lblBudgetPercent_{};
+  // At each rest's row end: the day it runs out at the last week's pace.
+  std::array<QLabel*, 3> lblBudgetProjection_{};
   QLabel* lblPeriod_ = nullptr;
   QCheckBox* Check1_ = nullptr;
   QCheckBox* chkFeiertag_ = nullptr;

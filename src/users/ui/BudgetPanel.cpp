@@ -9,6 +9,7 @@
 #include "frame/datadir/DataDir.h"
 #include "frame/datadir/NumberText.h"
 #include "users/Budget.h"
+#include "users/BudgetProjection.h"
 #include "users/UserAccounts.h"
 
 #include <QCheckBox>
@@ -51,16 +52,16 @@ BudgetPanel::BudgetPanel(Services& services, QWidget* parent) : QWidget(parent),
 }
 
 void BudgetPanel::BuildControls() {
-  auto* title = new QLabel(QStringLiteral("Budgeteinstellungen"), this);
-  QFont bold = title->font();
-  bold.setBold(true);
-  title->setFont(bold);
-  auto* help = new QLabel(QStringLiteral("Hier können Sie für jeden Benutzer ein seperates Budget anlegen "
+  // The title runs into the help text: the panel's lines are counted, so
+  // that it needs no scrolling at larger fonts with every budget set.
+  auto* help = new QLabel(QStringLiteral("<b>Budgeteinstellungen</b>&nbsp;&nbsp; "
+                                         "Hier können Sie für jeden Benutzer ein seperates Budget anlegen "
                                          "oder für alle Benutzer ein Gesamtbudget. "
                                          "Das Budget gibt an, wieviel Sie für einen bestimmten Zeitraum "
                                          "maximal ausgeben wollen. Dies hilft Ihnen bei "
                                          "der Ausgabenplanung."),
                           this);
+  help->setTextFormat(Qt::RichText);
   help->setWordWrap(true);
 
   comBudgetUser_ = new QComboBox(this);
@@ -152,10 +153,16 @@ void BudgetPanel::BuildControls() {
     });
   }
 
-  // The three rests stand side by side in one row.
+  // The three rests stand side by side, each in a column of its own, so
+  // that large amounts keep within the frame: the rest, its bar, and
+  // beneath in small type its projection.
   auto* current = new QGroupBox(QStringLiteral("Aktuell:"), this);
-  auto* restRow = new QHBoxLayout(current);
-  restRow->setContentsMargins(6, 2, 6, 4);
+  auto* restGrid = new QGridLayout(current);
+  restGrid->setContentsMargins(6, 0, 6, 0);
+  restGrid->setVerticalSpacing(0);
+  restGrid->setHorizontalSpacing(8);
+  QFont small = current->font();
+  small.setPointSizeF(small.pointSizeF() * 0.85);
   const char* restCaptions[3] = {"Tag:", "Monat:", "Definiert:"};
   const char* restNames[3] = {"lblRestTag", "lblRestMonat", "lblRestDefiniert"};
   for (int i = 0; i < 3; ++i) {
@@ -165,17 +172,25 @@ void BudgetPanel::BuildControls() {
     barRest_[k] = new QProgressBar(current);
     barRest_[k]->setRange(0, 100);
     barRest_[k]->setTextVisible(false);
-    barRest_[k]->setMaximumHeight(12);
+    barRest_[k]->setMaximumHeight(6);
     barRest_[k]->setMinimumWidth(30);
+    lblProjection_[k] = new QLabel(current);
+    lblProjection_[k]->setObjectName(QStringLiteral("lblProjection(%1)").arg(i));
+    lblProjection_[k]->setFont(small);
+    lblProjection_[k]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto* restRow = new QHBoxLayout;
     restRow->addWidget(new QLabel(QString::fromUtf8(restCaptions[i]), current));
+    restRow->addStretch(1);
     restRow->addWidget(lblRest_[k]);
-    restRow->addWidget(barRest_[k], 1);
+    restGrid->addLayout(restRow, 0, i);
+    restGrid->addWidget(barRest_[k], 1, i);
+    restGrid->addWidget(lblProjection_[k], 2, i);
+    restGrid->setColumnStretch(i, 1);
   }
 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(6, 4, 6, 4);
   layout->setSpacing(2);
-  layout->addWidget(title);
   layout->addWidget(help);
   layout->addLayout(top);
   layout->addWidget(amounts);
@@ -312,20 +327,33 @@ void BudgetPanel::ShowBudget(const QString& user) {
   for (std::size_t i = 0; i < 3; ++i) {
     lblRest_[i]->setText(QStringLiteral("0.00 ") + waehrung);
     barRest_[i]->setValue(100);
+    ShowProjection(i, {});
   }
   const bool shared = chkBudget_[0]->isChecked();
   if (user.isEmpty() && !shared) {
     return;
   }
-  const auto budget = GetBudget(services_.dir, shared ? QString() : user, services_.clock.Now().date());
+  const QDate today = services_.clock.Now().date();
+  const auto budget = GetBudget(services_.dir, shared ? QString() : user, today);
   if (!budget) {
     services_.prompter.Message(kBudgetFilesDamaged, Prompter::Icon::Warning);
     return;
   }
+  const auto projections = ProjectBudgets(*budget, today);
   for (std::size_t i = 0; i < 3; ++i) {
     const BudgetPanelLine line = BudgetPanelShows(budget->amounts[i], budget->rests[i], waehrung);
     lblRest_[i]->setText(line.text);
     barRest_[i]->setValue(line.bar);
+    ShowProjection(i, BudgetProjectionShows(projections[i], waehrung));
+  }
+}
+
+void BudgetPanel::ShowProjection(std::size_t index, const BudgetProjectionLine& line) {
+  lblProjection_[index]->setText(line.Text());
+  // The rule is told wherever the pointer rests on the budget's line.
+  for (QWidget* part :
+       std::initializer_list<QWidget*>{lblProjection_[index], lblRest_[index], barRest_[index]}) {
+    part->setToolTip(line.toolTip);
   }
 }
 

@@ -13,6 +13,7 @@ class QScrollBar;
 
 namespace minutor {
 
+struct BudgetProjectionLine;
 struct Services;
 
 // "Budgeteinstellungen": the budget per day, month and defined period of a
@@ -40,6 +41,7 @@ class BudgetPanel : public QWidget {
   void ShowFields(const QStringList& values);
   void SaveBudget();
   void ShowBudget(const QString& user);
+  void ShowProjection(std::size_t index, const BudgetProjectionLine& line);
   void SetActivated(bool on);
   void OnSharedClicked(bool on);
 
@@ -57,6 +59,9 @@ class BudgetPanel : public QWidget {
   std::array<QScrollBar*, 3> scrlBudget_{};
   std::array<QLabel*, 3> lblRest_{};
   std::array<QProgressBar*, 3> barRest_{};
+  // Under each rest: when it runs out at the last week's pace, and what is
+  // left per day.
+  std::array<QLabel*, 3> lblProjection_{};
 };
 
 }  // namespace minutor
