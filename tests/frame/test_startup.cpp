@@ -45,20 +45,19 @@ class TestStartUp : public QObject {
     }
     QCOMPARE(plain, (QList<QByteArray>{"0", "0", "0", "0", "0", "0", "0", "60", "", "0", "600"}));
     QCOMPARE(lines.at(8), QByteArray("\r"));  // no password: a truly empty line
-  }
 
-  void existingUserFilesAreLeftAlone() {
-    test::TempDataDir data;
+    // Existing user files, whatever their case, are left alone.
+    test::TempDataDir existing;
     UserFile restricted;
     restricted.noListEdit = true;
     restricted.password = "geheim";
-    QVERIFY(WriteUserFile(data.dir(), QStringLiteral("supervisor"), restricted));
-    data.write(QStringLiteral("Benutzer/SUPERVISOR.BDG"), "5\r\n");
-    const QByteArray usr = data.read(QStringLiteral("Benutzer/supervisor.usr"));
-    CreateDefaultUser(data.dir());
-    QCOMPARE(allFiles(data), (QStringList{"Benutzer/SUPERVISOR.BDG", "Benutzer/supervisor.usr"}));
-    QCOMPARE(data.read(QStringLiteral("Benutzer/supervisor.usr")), usr);
-    QCOMPARE(data.read(QStringLiteral("Benutzer/SUPERVISOR.BDG")), QByteArray("5\r\n"));
+    QVERIFY(WriteUserFile(existing.dir(), QStringLiteral("supervisor"), restricted));
+    existing.write(QStringLiteral("Benutzer/SUPERVISOR.BDG"), "5\r\n");
+    const QByteArray usr = existing.read(QStringLiteral("Benutzer/supervisor.usr"));
+    CreateDefaultUser(existing.dir());
+    QCOMPARE(allFiles(existing), (QStringList{"Benutzer/SUPERVISOR.BDG", "Benutzer/supervisor.usr"}));
+    QCOMPARE(existing.read(QStringLiteral("Benutzer/supervisor.usr")), usr);
+    QCOMPARE(existing.read(QStringLiteral("Benutzer/SUPERVISOR.BDG")), QByteArray("5\r\n"));
   }
 
   void settingsFiles() {
@@ -91,12 +90,8 @@ class TestStartUp : public QObject {
     QCOMPARE(state.CheckInterval, 2);
     QCOMPARE(state.IgnoredIPTable, (QStringList{"192.168.*.*", "10.0.0.1", ""}));
 
-    data.write(QStringLiteral("Config/Options.cfg"), " 3 \r\n 1 \r\n 1 \r\n 1 \r\n 1 \r\n 1 \r\n");
-    LoadOptions(data.dir(), state);
-    QCOMPARE(state.Waehrung, QStringLiteral("£"));
-    QVERIFY(state.HideToTray && state.StartMinimized && state.SamePrograms && state.OnlyMarkedEntries);
-
-    // A short file leaves the missing lines off.
+    // A short options file leaves the missing lines off.
+    state.StartMinimized = state.OnlyMarkedEntries = true;
     data.write(QStringLiteral("Config/Options.cfg"), "11\r\n0\r\n1\r\n");
     LoadOptions(data.dir(), state);
     QCOMPARE(state.Waehrung, QStringLiteral("chK"));

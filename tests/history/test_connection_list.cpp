@@ -84,63 +84,49 @@ class TestConnectionList : public QObject {
     QCOMPARE(none.totalCost, QStringLiteral("0,00 €"));
   }
 
-  void netView_data() {
-    QTest::addColumn<int>("rate");
-    QTest::addColumn<QString>("cost");
-    QTest::newRow("16 deducts from the gross") << 16 << "0,840";
-    QTest::newRow("0") << 0 << "1,000";
-    QTest::newRow("100") << 100 << "0,000";
-  }
-
-  void netView() {
-    QFETCH(int, rate);
-    QFETCH(QString, cost);
-    test::TempDataDir data;
-    test::WriteRecord(data, "20052026-090000.con",
-                      test::RecordLines("20.05.2026", "09:00:00", "0:10:00", "1,00"));
-    ListQuery query = AllOf(data.dir());
-    query.tax = static_cast<quint8>(rate);
-    const ListResult result = GetConnections(data.dir(), query);
-    QCOMPARE(result.rows.at(0).Cell(kColumnKosten).toString(), cost);
-    QCOMPARE(result.totalCost, cost.left(cost.size() - 1) + QStringLiteral(" €"));
-  }
-
-  void classIcons_data() {
-    QTest::addColumn<QByteArray>("config");
-    QTest::addColumn<QByteArray>("cost");
-    QTest::addColumn<int>("tax");
-    QTest::addColumn<int>("icon");
-    const QByteArray costs = "1\r\n1\r\n2\r\n3\r\n";
-    QTest::newRow("equal to a limit stays below") << costs << QByteArray("1,00") << -1 << 0;
-    QTest::newRow("just above") << costs << QByteArray("1,001") << -1 << 1;
-    QTest::newRow("above all") << costs << QByteArray("3,5") << -1 << 3;
-    QTest::newRow("limits out of order: the last that holds")
-        << QByteArray("1\r\n3\r\n2\r\n1\r\n") << QByteArray("2,5") << -1 << 3;
-    QTest::newRow("net value is classed") << costs << QByteArray("2,2") << 16 << 1;
-    QTest::newRow("empty limits") << QByteArray("1\r\n") << QByteArray("0,01") << -1 << 3;
-    QTest::newRow("duration class is always 0")
-        << QByteArray("2\r\n\r\n\r\n\r\n0:00:01\r\n0:00:02\r\n0:00:03\r\n") << QByteArray("1,00") << -1 << 0;
-    // The cipher text of line 8 has no leading digits: 0 KB, below limit 0.5.
-    QTest::newRow("transfer reads the cipher text")
-        << QByteArray("3\r\n\r\n\r\n\r\n\r\n\r\n\r\n0,5\r\n1\r\n2\r\n") << QByteArray("1,00") << -1 << 0;
-    QTest::newRow("garbage") << QByteArray("x\r\n") << QByteArray("9") << -1 << 0;
-  }
-
-  void classIcons() {
-    QFETCH(QByteArray, config);
-    QFETCH(QByteArray, cost);
-    QFETCH(int, tax);
-    QFETCH(int, icon);
-    test::TempDataDir data;
-    data.write(QStringLiteral("Config/Difference.cfg"), config);
-    test::WriteRecord(data, "20052026-090000.con",
-                      test::RecordLines("20.05.2026", "09:00:00", "0:10:00", cost));
-    ListQuery query = AllOf(data.dir());
-    query.colouring = ReadColouring(data.dir());
-    if (tax >= 0) {
-      query.tax = static_cast<quint8>(tax);
+  void netViewAndClassIcons() {
+    // The net view deducts the tax from the gross.
+    for (const auto& [rate, cost] : {std::pair{16, "0,840"}, {0, "1,000"}, {100, "0,000"}}) {
+      test::TempDataDir data;
+      test::WriteRecord(data, "20052026-090000.con",
+                        test::RecordLines("20.05.2026", "09:00:00", "0:10:00", "1,00"));
+      ListQuery query = AllOf(data.dir());
+      query.tax = static_cast<quint8>(rate);
+      const ListResult result = GetConnections(data.dir(), query);
+      QCOMPARE(result.rows.at(0).Cell(kColumnKosten).toString(), QString::fromLatin1(cost));
+      QCOMPARE(result.totalCost, QString::fromLatin1(cost).chopped(1) + QStringLiteral(" €"));
     }
-    QCOMPARE(GetConnections(data.dir(), query).rows.at(0).icon, icon);
+
+    const QByteArray costs = "1\r\n1\r\n2\r\n3\r\n";
+    const struct {
+      QByteArray config;
+      QByteArray cost;
+      int tax;
+      int icon;
+    } cases[] = {
+        {costs, "1,00", -1, 0},  // equal to a limit stays below
+        {costs, "1,001", -1, 1},
+        {costs, "3,5", -1, 3},
+        {"1\r\n3\r\n2\r\n1\r\n", "2,5", -1, 3},  // limits out of order: the last that holds
+        {costs, "2,2", 16, 1},                   // the net value is classed
+        {"1\r\n", "0,01", -1, 3},                // empty limits
+        {"2\r\n\r\n\r\n\r\n0:00:01\r\n0:00:02\r\n0:00:03\r\n", "1,00", -1, 0},  // duration: always 0
+        // The cipher text of line 8 has no leading digits: 0 KB, below limit 0.5.
+        {"3\r\n\r\n\r\n\r\n\r\n\r\n\r\n0,5\r\n1\r\n2\r\n", "1,00", -1, 0},
+        {"x\r\n", "9", -1, 0},
+    };
+    for (const auto& c : cases) {
+      test::TempDataDir data;
+      data.write(QStringLiteral("Config/Difference.cfg"), c.config);
+      test::WriteRecord(data, "20052026-090000.con",
+                        test::RecordLines("20.05.2026", "09:00:00", "0:10:00", c.cost));
+      ListQuery query = AllOf(data.dir());
+      query.colouring = ReadColouring(data.dir());
+      if (c.tax >= 0) {
+        query.tax = static_cast<quint8>(c.tax);
+      }
+      QVERIFY2(GetConnections(data.dir(), query).rows.at(0).icon == c.icon, c.config + c.cost);
+    }
   }
 
   void sorting() {

@@ -45,60 +45,38 @@ class TestManualEntry : public QObject {
   Q_OBJECT
 
  private slots:
-  void estimate_data() {
-    QTest::addColumn<QString>("tariff");
-    QTest::addColumn<QString>("date");
-    QTest::addColumn<QString>("start");
-    QTest::addColumn<QString>("duration");
-    QTest::addColumn<double>("cost");
-    QTest::addColumn<int>("units");  // -1: left alone
-    // 20.05.2026 is a Wednesday, 01.01.2028 a Saturday.
-    QTest::newRow("whole steps") << kDay << "20.05.2026"
-                                 << "14:00:00"
-                                 << "0:10:00" << 60.0 << 10;
-    QTest::newRow("last step charged whole") << kDay << "20.05.2026"
-                                             << "14:00:00"
-                                             << "0:01:01" << 12.0 << 2;
-    QTest::newRow("no duration, no step") << kDay << "20.05.2026"
-                                          << "14:00:00"
-                                          << "0:00:00" << 0.0 << 0;
-    QTest::newRow("priced where the step begins") << kDay << "31.12.2027"
-                                                  << "23:59:30"
-                                                  << "0:01:00" << 6.0 << 1;
-    QTest::newRow("next step on the weekend") << kDay << "31.12.2027"
-                                              << "23:59:30"
-                                              << "0:01:01" << 7.2 << 2;
-    QTest::newRow("later zones that start after 0 never match") << kSplit << "20.05.2026"
-                                                                << "12:00:00"
-                                                                << "0:02:00" << 2.0 << 2;
-    QTest::newRow("weekend without a weekend zone") << kSplit << "02.01.2028"
-                                                    << "12:00:00"
-                                                    << "0:02:00" << 0.0 << 2;
-    QTest::newRow("one-second steps leave the units") << kSecond << "20.05.2026"
-                                                      << "12:00:00"
-                                                      << "0:00:30" << 3.0 << -1;
-    QTest::newRow("ninety hours from a Monday") << kDay << "18.05.2026"
-                                                << "00:00:00"
-                                                << "90:00:00" << 32400.0 << 5400;
-    QTest::newRow("missing tariff costs 0") << "Test - Weg.tel"
-                                            << "20.05.2026"
-                                            << "12:00:00"
-                                            << "0:02:00" << 0.0 << -1;
-  }
-
   void estimate() {
-    QFETCH(QString, tariff);
-    QFETCH(QString, date);
-    QFETCH(QString, start);
-    QFETCH(QString, duration);
-    QFETCH(double, cost);
-    QFETCH(int, units);
     test::TempDataDir data;
     WriteTariffs(data);
-    const auto estimate = ComputeManualCost(data.dir(), tariff, date, start, DurationToSeconds(duration));
-    QVERIFY(estimate);
-    QCOMPARE(qRound64(double(estimate->cost) * 1000), qRound64(cost * 1000));
-    QCOMPARE(estimate->units.value_or(-1), qint64(units));
+    struct Case {
+      QString tariff;
+      const char* date;
+      const char* start;
+      const char* duration;
+      double cost;
+      int units;  // -1: left alone
+    };
+    // 20.05.2026 is a Wednesday, 01.01.2028 a Saturday.
+    const Case cases[] = {
+        {kDay, "20.05.2026", "14:00:00", "0:10:00", 60.0, 10},    // whole steps
+        {kDay, "20.05.2026", "14:00:00", "0:01:01", 12.0, 2},     // the last step charged whole
+        {kDay, "20.05.2026", "14:00:00", "0:00:00", 0.0, 0},      // no duration, no step
+        {kDay, "31.12.2027", "23:59:30", "0:01:00", 6.0, 1},      // priced where the step begins
+        {kDay, "31.12.2027", "23:59:30", "0:01:01", 7.2, 2},      // the next step on the weekend
+        {kSplit, "20.05.2026", "12:00:00", "0:02:00", 2.0, 2},    // later zones starting after 0 never match
+        {kSplit, "02.01.2028", "12:00:00", "0:02:00", 0.0, 2},    // a weekend without a weekend zone
+        {kSecond, "20.05.2026", "12:00:00", "0:00:30", 3.0, -1},  // one-second steps leave the units
+        {kDay, "18.05.2026", "00:00:00", "90:00:00", 32400.0, 5400},  // ninety hours from a Monday
+        {QStringLiteral("Test - Weg.tel"), "20.05.2026", "12:00:00", "0:02:00", 0.0, -1},
+    };
+    for (const Case& c : cases) {
+      const auto estimate =
+          ComputeManualCost(data.dir(), c.tariff, QString::fromLatin1(c.date), QString::fromLatin1(c.start),
+                            DurationToSeconds(QString::fromLatin1(c.duration)));
+      QVERIFY2(estimate, c.duration);
+      QCOMPARE(qRound64(double(estimate->cost) * 1000), qRound64(c.cost * 1000));
+      QCOMPARE(estimate->units.value_or(-1), qint64(c.units));
+    }
   }
 
   void unreadableInputs() {

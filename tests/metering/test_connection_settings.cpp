@@ -1,10 +1,6 @@
-#include "frame/AppState.h"
-#include "frame/Clock.h"
-#include "frame/Services.h"
 #include "metering/ConnectionChecks.h"
 #include "metering/ConnectionSettings.h"
-#include "support/RecordingPrompter.h"
-#include "support/TempDataDir.h"
+#include "support/TestServices.h"
 
 #include <QTest>
 
@@ -15,58 +11,47 @@ class TestConnectionSettings : public QObject {
 
  private slots:
   void aRecordingNeedsATariffAndAUser() {
-    test::TempDataDir data;
-    AppState state;
-    FixedClock clock(QDateTime(QDate(2024, 1, 1), QTime(12, 0)));
-    test::RecordingPrompter prompter;
-    Services services{state, data.dir(), clock, prompter};
+    test::TestServices t;
+    t.state.AktuellerTarif = QStringLiteral("A - B.tel");
+    QVERIFY(TarifCheck(t.services));
+    QVERIFY(t.prompter.messages.isEmpty());
+    QVERIFY(!t.data.dir().FileExists(QStringLiteral("Config/Monitoring.cfg")));
 
-    state.AktuellerTarif = QStringLiteral("A - B.tel");
-    state.ActiveUser = QStringLiteral("Supervisor");
-    QVERIFY(TarifCheck(services));
-    QVERIFY(prompter.messages.isEmpty());
-    QVERIFY(!data.dir().FileExists(QStringLiteral("Config/Monitoring.cfg")));
-
-    state.ActiveUser.clear();
-    QVERIFY(!TarifCheck(services));
-    QCOMPARE(prompter.messages.last(),
+    t.state.ActiveUser.clear();
+    QVERIFY(!TarifCheck(t.services));
+    QCOMPARE(t.prompter.messages.last(),
              QStringLiteral("Kein Benutzer ausgewählt! Wählen Sie zuerst einen Benutzer "
                             "aus, bevor Sie die Verbindung starten."));
-    QVERIFY(!state.MonitoringOn);
-    QCOMPARE(data.read(QStringLiteral("Config/Monitoring.cfg")), QByteArray(" 0 \r\n"));
+    QVERIFY(!t.state.MonitoringOn);
+    QCOMPARE(t.data.read(QStringLiteral("Config/Monitoring.cfg")), QByteArray(" 0 \r\n"));
 
     // A handle shorter than four characters is no tariff; it is told first.
-    state.AktuellerTarif = QStringLiteral(".te");
-    QVERIFY(!TarifCheck(services));
-    QCOMPARE(prompter.messages.last(),
+    t.state.AktuellerTarif = QStringLiteral(".te");
+    QVERIFY(!TarifCheck(t.services));
+    QCOMPARE(t.prompter.messages.last(),
              QStringLiteral("Kein Tarif ausgewählt! Wählen Sie zuerst einen Tarif aus, "
                             "bevor Sie die Verbindung starten."));
-    QCOMPARE(prompter.messages.size(), 2);
+    QCOMPARE(t.prompter.messages.size(), 2);
   }
 
   void stoppingByHandSwitchesMonitoringOff() {
-    test::TempDataDir data;
-    AppState state;
-    FixedClock clock(QDateTime(QDate(2024, 1, 1), QTime(12, 0)));
-    test::RecordingPrompter prompter;
-    Services services{state, data.dir(), clock, prompter};
-
+    test::TestServices t;
     // Started by hand, or with monitoring off: no question.
-    QVERIFY(ConfirmManualStop(services));
-    state.DetectionSource = 1;
-    state.MonitoringOn = false;
-    QVERIFY(ConfirmManualStop(services));
-    QVERIFY(prompter.messages.isEmpty());
+    QVERIFY(ConfirmManualStop(t.services));
+    t.state.DetectionSource = 1;
+    t.state.MonitoringOn = false;
+    QVERIFY(ConfirmManualStop(t.services));
+    QVERIFY(t.prompter.messages.isEmpty());
 
-    state.MonitoringOn = true;
-    prompter.answers = {Prompter::Answer::No, Prompter::Answer::Yes};
-    QVERIFY(!ConfirmManualStop(services));
-    QVERIFY(state.MonitoringOn);
+    t.state.MonitoringOn = true;
+    t.prompter.answers = {Prompter::Answer::No, Prompter::Answer::Yes};
+    QVERIFY(!ConfirmManualStop(t.services));
+    QVERIFY(t.state.MonitoringOn);
     QVERIFY(
-        prompter.messages.last().startsWith(QStringLiteral("Die automatiche Erkennung von Verbindungen")));
-    QVERIFY(ConfirmManualStop(services));
-    QVERIFY(!state.MonitoringOn);
-    QCOMPARE(data.read(QStringLiteral("Config/Monitoring.cfg")), QByteArray(" 0 \r\n"));
+        t.prompter.messages.last().startsWith(QStringLiteral("Die automatiche Erkennung von Verbindungen")));
+    QVERIFY(ConfirmManualStop(t.services));
+    QVERIFY(!t.state.MonitoringOn);
+    QCOMPARE(t.data.read(QStringLiteral("Config/Monitoring.cfg")), QByteArray(" 0 \r\n"));
   }
 
   void serviceAndWindowSwitches() {

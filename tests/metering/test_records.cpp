@@ -8,23 +8,24 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // Start tag and time, duration, cost, units, bytes in, out and in all,
 // connection, tariff and user.
 RecordLabels SampleLabels() {
-  return {QStringLiteral("05032026"),
-          QStringLiteral("09:04:07"),
-          QStringLiteral("00:12:30"),
-          QStringLiteral("1,234 €"),
-          QStringLiteral("13"),
-          QStringLiteral("1.234.567 Bytes"),
-          QStringLiteral("89.000 Bytes"),
-          QStringLiteral("1.323.567 Bytes"),
-          QStringLiteral("Mobilfunk-Stick"),
-          QStringLiteral("Funkwelle - Tag und Nacht.tel"),
-          QStringLiteral("Anna B")};
+  return {u"05032026"_s,
+          u"09:04:07"_s,
+          u"00:12:30"_s,
+          u"1,234 €"_s,
+          u"13"_s,
+          u"1.234.567 Bytes"_s,
+          u"89.000 Bytes"_s,
+          u"1.323.567 Bytes"_s,
+          u"Mobilfunk-Stick"_s,
+          u"Funkwelle - Tag und Nacht.tel"_s,
+          u"Anna B"_s};
 }
 
 const QString kSaveError =
@@ -56,14 +57,14 @@ class TestRecords : public QObject {
   }
 
   void fileNameHoldsTheStart() {
-    const auto name = [](const char* tag, const char* time) {
-      return RecordFileName(QString::fromLatin1(tag), QString::fromLatin1(time));
-    };
-    QCOMPARE(name("05032026", "9:04:07"), QStringLiteral("05032026-090407.con"));
-    QCOMPARE(name("05032026", "9:04:07 PM"), QStringLiteral("05032026-210407.con"));
-    QCOMPARE(name("05032026", "12:00:00 AM"), QStringLiteral("05032026-000000.con"));
-    QCOMPARE(name("05032026", "25:00:00"), QString());
-    QCOMPARE(name("05/03/2026", "09:04:07"), QString());
+    for (const auto& [tag, time, name] : {std::tuple{"05032026", "9:04:07", "05032026-090407.con"},
+                                          {"05032026", "9:04:07 PM", "05032026-210407.con"},
+                                          {"05032026", "12:00:00 AM", "05032026-000000.con"},
+                                          {"05032026", "25:00:00", ""},
+                                          {"05/03/2026", "09:04:07", ""}}) {
+      QCOMPARE(RecordFileName(QString::fromLatin1(tag), QString::fromLatin1(time)),
+               QString::fromLatin1(name));
+    }
   }
 
   void savedRecordReadsBack() {

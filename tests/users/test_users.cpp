@@ -30,49 +30,41 @@ class TestUsers : public QObject {
   Q_OBJECT
 
  private slots:
-  void rightsBecomeFlagsLocksAndTheQuitLock_data() {
-    QTest::addColumn<QList<QByteArray>>("lines");
-    QTest::addColumn<QString>("expected");  // flags, then the locked entries
-    // Flags: L NoListEdit, B NoDialOnBudget, D day limit (minutes), M month
-    // limit (minutes), S no monitoring settings, Q quit locked.
-    QTest::newRow("nothing") << QList<QByteArray>{"0", "0", "0", "0", "0", "0", "0", "60", "", "0", "600"}
-                             << "D0 M0 |";
-    QTest::newRow("panels only: may quit")
-        << QList<QByteArray>{"1", "1", "1", "0", "0", "0", "0", "60", "", "0", "600"} << "S D0 M0 | 3 4 5 6";
-    QTest::newRow("list edit: can't quit")
-        << QList<QByteArray>{"0", "0", "0", "1", "0", "0", "0", "60", "", "0", "600"} << "L D0 M0 Q |";
-    QTest::newRow("list view implies edit")
-        << QList<QByteArray>{"0", "0", "0", "0", "0", "1", "0", "60", "", "0", "600"} << "L D0 M0 Q | 1 8 9";
-    QTest::newRow("limits take their minutes")
-        << QList<QByteArray>{"0", "0", "0", "0", "1", "0", "1", "45", "pw", "1", "900"} << "B D45 M900 Q |";
-    QTest::newRow("short and undecipherable lines are off")
-        << QList<QByteArray>{"?", "1", "?", "?", "?"} << "S D0 M0 | 3 6";
-  }
   void rightsBecomeFlagsLocksAndTheQuitLock() {
-    QFETCH(QList<QByteArray>, lines);
-    QFETCH(QString, expected);
-    test::TempDataDir data;
-    data.write(QStringLiteral("Benutzer/Kind.usr"), UserLines(lines));
-    AppState state;
-    const auto locks = SetUserPreventions(data.dir(), QStringLiteral("Kind"), state);
-    QVERIFY(locks);
-    QStringList shown;
-    if (state.NoListEdit) shown << "L";
-    if (state.NoDialOnBudget) shown << "B";
-    if (state.NoMonitoringSettings) shown << "S";
-    shown << QStringLiteral("D%1").arg(state.DayLimitOn ? state.DayLimitMinutes : 0)
-          << QStringLiteral("M%1").arg(state.MonthLimitOn ? state.MonthLimitMinutes : 0);
-    if (state.QuitLocked) shown << "Q";
-    shown << "|";
-    for (int index = 0; index < 10; ++index) {
-      if (NavigationLabel(index, *locks) == kLockedLabel) {
-        shown << QString::number(index);
+    // Flags: L NoListEdit, B NoDialOnBudget, D day limit (minutes), M month
+    // limit (minutes), S no monitoring settings, Q quit locked; then the
+    // locked entries.
+    const std::pair<QList<QByteArray>, const char*> cases[] = {
+        {{"0", "0", "0", "0", "0", "0", "0", "60", "", "0", "600"}, "D0 M0 |"},
+        {{"1", "1", "1", "0", "0", "0", "0", "60", "", "0", "600"}, "S D0 M0 | 3 4 5 6"},  // may quit
+        {{"0", "0", "0", "1", "0", "0", "0", "60", "", "0", "600"}, "L D0 M0 Q |"},  // list edit: can't quit
+        {{"0", "0", "0", "0", "0", "1", "0", "60", "", "0", "600"},
+         "L D0 M0 Q | 1 8 9"},  // view implies edit
+        {{"0", "0", "0", "0", "1", "0", "1", "45", "pw", "1", "900"}, "B D45 M900 Q |"},
+        {{"?", "1", "?", "?", "?"}, "S D0 M0 | 3 6"},  // short and undecipherable lines are off
+    };
+    for (const auto& [lines, expected] : cases) {
+      test::TempDataDir data;
+      data.write(QStringLiteral("Benutzer/Kind.usr"), UserLines(lines));
+      AppState state;
+      const auto locks = SetUserPreventions(data.dir(), QStringLiteral("Kind"), state);
+      QVERIFY(locks);
+      QStringList shown;
+      if (state.NoListEdit) shown << "L";
+      if (state.NoDialOnBudget) shown << "B";
+      if (state.NoMonitoringSettings) shown << "S";
+      shown << QStringLiteral("D%1").arg(state.DayLimitOn ? state.DayLimitMinutes : 0)
+            << QStringLiteral("M%1").arg(state.MonthLimitOn ? state.MonthLimitMinutes : 0);
+      if (state.QuitLocked) shown << "Q";
+      shown << "|";
+      for (int index = 0; index < 10; ++index) {
+        if (NavigationLabel(index, *locks) == kLockedLabel) {
+          shown << QString::number(index);
+        }
       }
+      QCOMPARE(shown.join(' '), QString::fromLatin1(expected));
     }
-    QCOMPARE(shown.join(' '), expected);
-  }
-
-  void aMissingUserLeavesTheRightsBefore() {
+    // A missing user leaves the rights as they were.
     test::TempDataDir data;
     AppState state;
     state.QuitLocked = state.DayLimitOn = true;
