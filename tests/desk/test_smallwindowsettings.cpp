@@ -4,10 +4,11 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kFile = QStringLiteral("Config/Smallwindowpos.cfg");
+const QString kFile = u"Config/Smallwindowpos.cfg"_s;
 
 }  // namespace
 
@@ -90,10 +91,10 @@ class TestSmallWindowSettings : public QObject {
   }
 
   void fieldTexts() {
-    QCOMPARE(SmallWindowVolumeText(0), QStringLiteral("0 KB "));
-    QCOMPARE(SmallWindowVolumeText(1499), QStringLiteral("1 KB "));
-    QCOMPARE(SmallWindowVolumeText(123456789), QStringLiteral("123457 KB "));
-    QCOMPARE(SmallWindowRateText(QStringLiteral("1,2")), QStringLiteral("1,2 KB/s"));
+    QCOMPARE(SmallWindowVolumeText(0), u"0 KB "_s);
+    QCOMPARE(SmallWindowVolumeText(1499), u"1 KB "_s);
+    QCOMPARE(SmallWindowVolumeText(123456789), u"123457 KB "_s);
+    QCOMPARE(SmallWindowRateText(u"1,2"_s), u"1,2 KB/s"_s);
   }
 };
 

@@ -6,6 +6,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -67,7 +68,7 @@ class TestProbes : public QObject {
     state.IgnoredIPTable = table;
     test::RecordingPrompter prompter;
     test::FakeHost host;
-    host.addresses->append(QStringLiteral("10.1.2.3"));
+    host.addresses->append(u"10.1.2.3"_s);
     QVERIFY(IsOnlineIP(state, host, prompter));
     host.addresses = std::nullopt;
     QVERIFY(!IsOnlineIP(state, host, prompter));

@@ -6,6 +6,7 @@
 #include <numbers>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -47,10 +48,9 @@ class TestChartDrawing : public QObject {
 
  private slots:
   void anEmptyMonthHasEmptyBarsAndTheAverageNearTheAxis() {
-    const ChartPicture picture =
-        DrawDiagramm({}, ChartMeasure::Kosten, ChartStyle::Balken, QStringLiteral("€"));
-    QCOMPARE(picture.axisX, QStringLiteral("X: Tage"));
-    QCOMPARE(picture.axisY, QStringLiteral("Y: Kosten (€)"));
+    const ChartPicture picture = DrawDiagramm({}, ChartMeasure::Kosten, ChartStyle::Balken, u"€"_s);
+    QCOMPARE(picture.axisX, u"X: Tage"_s);
+    QCOMPARE(picture.axisY, u"Y: Kosten (€)"_s);
     const QList<ChartShape> bars = Shapes(picture, ChartShape::Kind::Box, kValueColour);
     QCOMPARE(bars.size(), 31);
     for (const ChartShape& bar : bars) {
@@ -60,7 +60,7 @@ class TestChartDrawing : public QObject {
     QCOMPARE(average.size(), 1);
     QCOMPARE(average[0].a, QPointF(41, 235 - 220.0 / 31));
     QCOMPARE(average[0].b, QPointF(444, 235 - 220.0 / 31));
-    QCOMPARE(TopLabel(picture), QStringLiteral("1,00"));
+    QCOMPARE(TopLabel(picture), u"1,00"_s);
   }
 
   void scaleLabelsCarryDecimalsBelowAHundred() {
@@ -77,8 +77,7 @@ class TestChartDrawing : public QObject {
         {ChartMeasure::Transfer, 100, "100", "Y: Transfer (MB)"},
     };
     for (const Case& c : cases) {
-      const ChartPicture picture =
-          DrawDiagramm(Days({{5, c.max}}), c.measure, ChartStyle::Linien, QStringLiteral("DM"));
+      const ChartPicture picture = DrawDiagramm(Days({{5, c.max}}), c.measure, ChartStyle::Linien, u"DM"_s);
       QCOMPARE(TopLabel(picture), QString::fromUtf8(c.top));
       QCOMPARE(picture.axisY, QString::fromUtf8(c.axis));
     }
@@ -107,11 +106,11 @@ class TestChartDrawing : public QObject {
 
   void piesShareTheFullTurn() {
     ChartData data;
-    data.pie = {{QStringLiteral("Anna"), 1}, {QStringLiteral("Defekte Aufzeichnungen"), 3}};
+    data.pie = {{u"Anna"_s, 1}, {u"Defekte Aufzeichnungen"_s, 3}};
     data.total = 4;
     const ChartPicture pie = DrawDiagramm(data, ChartMeasure::Benutzer, ChartStyle::Kreis, {});
-    QCOMPARE(pie.axisX, QStringLiteral("Gesamt:"));
-    QCOMPARE(pie.axisY, QStringLiteral("4 Verbind."));
+    QCOMPARE(pie.axisX, u"Gesamt:"_s);
+    QCOMPARE(pie.axisY, u"4 Verbind."_s);
     QCOMPARE(pie.shapes.size(), 4);
     const ChartShape& first = pie.shapes[0];
     QCOMPARE(first.kind, ChartShape::Kind::Sector);
@@ -120,14 +119,14 @@ class TestChartDrawing : public QObject {
     QVERIFY(std::abs(pie.shapes[2].start - std::numbers::pi / 2) < 1e-6 &&
             std::abs(pie.shapes[2].end - 2 * std::numbers::pi) < 1e-6);
     QCOMPARE(pie.shapes[1].a, QPointF(264, 12));
-    QCOMPARE(pie.shapes[1].text, QStringLiteral("Anna                      (1)"));
-    QCOMPARE(pie.shapes[3].text, QStringLiteral("Defekte Aufzeichnungen    (3)"));
+    QCOMPARE(pie.shapes[1].text, u"Anna                      (1)"_s);
+    QCOMPARE(pie.shapes[3].text, u"Defekte Aufzeichnungen    (3)"_s);
     QCOMPARE(pie.shapes[3].rgb, 0x9BEB00u);
 
-    data.pie = {{QStringLiteral("Ein Benutzer mit einem sehr langen Namen"), 4}};
+    data.pie = {{u"Ein Benutzer mit einem sehr langen Namen"_s, 4}};
     const ChartPicture whole = DrawDiagramm(data, ChartMeasure::Benutzer, ChartStyle::Kreis, {});
     QCOMPARE(whole.shapes[0].kind, ChartShape::Kind::Circle);
-    QCOMPARE(whole.shapes[1].text, QStringLiteral("Ein Benutzer mit einem se (4)"));
+    QCOMPARE(whole.shapes[1].text, u"Ein Benutzer mit einem se (4)"_s);
   }
 };
 

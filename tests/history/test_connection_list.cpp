@@ -10,13 +10,14 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-ListQuery AllOf(const DataDir& dir, const QString& period = QStringLiteral("Gesamt")) {
+ListQuery AllOf(const DataDir& dir, const QString& period = u"Gesamt"_s) {
   ListQuery query;
   query.period = MakeListPeriod(dir, period, QDate(2026, 5, 20));
-  query.waehrung = QStringLiteral("€");
+  query.waehrung = u"€"_s;
   return query;
 }
 
@@ -64,24 +65,24 @@ class TestConnectionList : public QObject {
     QCOMPARE(first.Cells(), (QStringList{"03.04.2026", "12:00:00", "00:00:15", "9,500", "3", "1500", "500",
                                          "2000", "Mobilfunk-Stick", "Netzwerk - Flat", "Anna", "",
                                          "03042026-120000.con", "20260403"}));
-    QCOMPARE(all.totalDuration, QStringLiteral("111:11:35"));
-    QCOMPARE(all.totalCost, QStringLiteral("20,70 €"));
+    QCOMPARE(all.totalDuration, u"111:11:35"_s);
+    QCOMPARE(all.totalCost, u"20,70 €"_s);
 
-    query.period = MakeListPeriod(data.dir(), QStringLiteral("Heute"), QDate(2026, 5, 20));
-    query.filter.provider = QStringLiteral("Funkwelle");
-    query.filter.tariff = QStringLiteral("A - Tag und Nacht");
+    query.period = MakeListPeriod(data.dir(), u"Heute"_s, QDate(2026, 5, 20));
+    query.filter.provider = u"Funkwelle"_s;
+    query.filter.tariff = u"A - Tag und Nacht"_s;
     const ListResult today = GetConnections(data.dir(), query);
     QCOMPARE(Column(today.rows, kColumnUser), QStringList{"Bert"});
-    QCOMPARE(today.totalDuration, QStringLiteral("50:40:30"));
+    QCOMPARE(today.totalDuration, u"50:40:30"_s);
     QCOMPARE(today.walk.read, 2);  // the period is judged on the name before a file is read
 
     query = AllOf(data.dir());
-    query.filter.user = QStringLiteral("Anna");
+    query.filter.user = u"Anna"_s;
     QCOMPARE(GetConnections(data.dir(), query).rows.size(), 3);
-    query.filter.user = QStringLiteral("Nobody");
+    query.filter.user = u"Nobody"_s;
     const ListResult none = GetConnections(data.dir(), query);
-    QCOMPARE(none.totalDuration, QStringLiteral("00:00:00"));
-    QCOMPARE(none.totalCost, QStringLiteral("0,00 €"));
+    QCOMPARE(none.totalDuration, u"00:00:00"_s);
+    QCOMPARE(none.totalCost, u"0,00 €"_s);
   }
 
   void netViewAndClassIcons() {
@@ -94,7 +95,7 @@ class TestConnectionList : public QObject {
       query.tax = static_cast<quint8>(rate);
       const ListResult result = GetConnections(data.dir(), query);
       QCOMPARE(result.rows.at(0).Cell(kColumnKosten).toString(), QString::fromLatin1(cost));
-      QCOMPARE(result.totalCost, QString::fromLatin1(cost).chopped(1) + QStringLiteral(" €"));
+      QCOMPARE(result.totalCost, QString::fromLatin1(cost).chopped(1) + u" €"_s);
     }
 
     const QByteArray costs = "1\r\n1\r\n2\r\n3\r\n";
@@ -117,7 +118,7 @@ class TestConnectionList : public QObject {
     };
     for (const auto& c : cases) {
       test::TempDataDir data;
-      data.write(QStringLiteral("Config/Difference.cfg"), c.config);
+      data.write(u"Config/Difference.cfg"_s, c.config);
       test::WriteRecord(data, "20052026-090000.con",
                         test::RecordLines("20.05.2026", "09:00:00", "0:10:00", c.cost));
       ListQuery query = AllOf(data.dir());
@@ -159,7 +160,7 @@ class TestConnectionList : public QObject {
     WriteHistory(data);
     auto loader = std::make_unique<ListLoader>(data.dir());
     QSignalSpy spy(loader.get(), &ListLoader::loaded);
-    loader->Load(AllOf(data.dir(), QStringLiteral("Heute")), SortByHeader(kColumnDatum));
+    loader->Load(AllOf(data.dir(), u"Heute"_s), SortByHeader(kColumnDatum));
     loader->Load(AllOf(data.dir()), SortByHeader(kColumnDatum));
     QVERIFY(loader->IsLoading());
     QVERIFY(spy.wait());
@@ -180,9 +181,9 @@ class TestConnectionList : public QObject {
 
     ListConfig config;
     config.periodIndex = 4;
-    config.user = QStringLiteral("Jürgen");
-    config.provider = QStringLiteral("Funkwelle");
-    config.tariff = QStringLiteral("M - Tag und Nacht");
+    config.user = u"Jürgen"_s;
+    config.provider = u"Funkwelle"_s;
+    config.tariff = u"M - Tag und Nacht"_s;
     config.net = true;
     config.sort = SortByHeader(kColumnEinheiten);
     for (int column = 1; column <= 13; ++column) {
@@ -201,10 +202,10 @@ class TestConnectionList : public QObject {
     QCOMPARE(back.columns.at(12).position, 1);
 
     // Garbage and a short file: what can't be read keeps its default.
-    data.write(QStringLiteral("Config/List.cfg"), "99\r\n  Anna \r\n");
+    data.write(u"Config/List.cfg"_s, "99\r\n  Anna \r\n");
     const ListConfig shortFile = LoadListCfg(data.dir());
     QCOMPARE(shortFile.periodIndex, 0);
-    QCOMPARE(shortFile.user, QStringLiteral("Anna"));
+    QCOMPARE(shortFile.user, u"Anna"_s);
     QCOMPARE(shortFile.provider, kAlle);
     QVERIFY(shortFile.columns.isEmpty());
   }

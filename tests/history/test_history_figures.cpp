@@ -6,6 +6,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 using test::RecordLines;
 using test::WriteRecord;
 
@@ -30,7 +31,7 @@ void WriteHistory(const test::TempDataDir& data) {
   WriteRecord(data, "28022023-080000.con", noUser);
   WriteRecord(data, "01032023-100000.con", RecordLines("01.03.2023", "10:00:00", "00:05:00", "5,00"));
   WriteRecord(data, "01022024-100000.con", RecordLines("01.02.2024", "10:00:00", "00:02:00", "0,50"));
-  data.write(QStringLiteral("Verbindungen/notes.con"), "kein Datensatz");
+  data.write(u"Verbindungen/notes.con"_s, "kein Datensatz");
 }
 
 }  // namespace
@@ -79,29 +80,29 @@ class TestHistoryFigures : public QObject {
     ChartQuery query;
     query.month = 2;
     query.year = 2023;
-    query.filter.user = QStringLiteral("Bert");  // not asked by pies
+    query.filter.user = u"Bert"_s;  // not asked by pies
     ChartData pie = GatherChartData(data.dir(), query, ChartMeasure::Benutzer);
     QCOMPARE(pie.total, 5.0);
     QCOMPARE(pie.pie.size(), 3);
-    QCOMPARE(pie.pie[0].name, QStringLiteral("Anna"));
+    QCOMPARE(pie.pie[0].name, u"Anna"_s);
     QCOMPARE(pie.pie[0].count, 3.0f);  // 1923 ends in the same two digits
     QCOMPARE(pie.pie[2].name, QString());
 
     pie = GatherChartData(data.dir(), query, ChartMeasure::Anbieter);
     QCOMPARE(pie.pie.size(), 2);
-    QCOMPARE(pie.pie[0].name, QStringLiteral("M - Funkwelle - Tag und Nacht"));
+    QCOMPARE(pie.pie[0].name, u"M - Funkwelle - Tag und Nacht"_s);
     QCOMPARE(pie.pie[0].count, 4.0f);
-    QCOMPARE(pie.pie[1].name, QStringLiteral("A - Mobil - Flat"));
+    QCOMPARE(pie.pie[1].name, u"A - Mobil - Flat"_s);
 
     for (int user = 1; user <= 22; ++user) {
-      WriteRecord(data, QStringLiteral("05062023-%1.con").arg(100000 + user),
+      WriteRecord(data, u"05062023-%1.con"_s.arg(100000 + user),
                   RecordLines("05.06.2023", "10:00:00", "00:01:00", "0,10", "Funkwelle - Tag und Nacht.tel",
                               QByteArray::number(user)));
     }
     query.month = 6;
     pie = GatherChartData(data.dir(), query, ChartMeasure::Benutzer);
     QCOMPARE(pie.pie.size(), 21);
-    QCOMPARE(pie.pie.last().name, QStringLiteral("Defekte Aufzeichnungen"));
+    QCOMPARE(pie.pie.last().name, u"Defekte Aufzeichnungen"_s);
     QCOMPARE(pie.pie.last().count, 2.0f);
   }
 
@@ -126,9 +127,8 @@ class TestHistoryFigures : public QObject {
          "Eine Auswertung ist aufgrund unzureichender Daten nicht möglich."},
     };
     for (const Case& c : cases) {
-      const ReportTexts texts =
-          BuildReport(data.dir(), QString::fromUtf8(c.period), QString::fromUtf8(c.user), QDate(2023, 2, 20),
-                      QStringLiteral("€"));
+      const ReportTexts texts = BuildReport(data.dir(), QString::fromUtf8(c.period),
+                                            QString::fromUtf8(c.user), QDate(2023, 2, 20), u"€"_s);
       QCOMPARE(texts.dauer, QString::fromUtf8(c.dauer));
       QCOMPARE(texts.sentences[static_cast<std::size_t>(c.sentence)], QString::fromUtf8(c.text));
     }

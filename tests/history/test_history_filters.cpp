@@ -9,14 +9,15 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 class TestHistoryFilters : public QObject {
   Q_OBJECT
 
  private slots:
   void recordFileDates() {
-    QCOMPARE(GetRecordFileDate(QStringLiteral("05032026-090407.con")), QDate(2026, 3, 5));
-    QCOMPARE(GetRecordFileDate(QStringLiteral("0503202-090407.con")), QDate(202, 3, 5));
+    QCOMPARE(GetRecordFileDate(u"05032026-090407.con"_s), QDate(2026, 3, 5));
+    QCOMPARE(GetRecordFileDate(u"0503202-090407.con"_s), QDate(202, 3, 5));
     for (const char* bad : {"31022026-090407.con", "2026-03-05.con", "notes.con"}) {
       QVERIFY2(!GetRecordFileDate(QString::fromLatin1(bad)).isValid(), bad);
     }
@@ -28,7 +29,7 @@ class TestHistoryFilters : public QObject {
 
   void periods() {
     test::TempDataDir data;
-    QVERIFY(WritePeriodFile(data.dir(), QStringLiteral("01.01.2026"), QStringLiteral("31.01.2026")));
+    QVERIFY(WritePeriodFile(data.dir(), u"01.01.2026"_s, u"31.01.2026"_s));
     struct Case {
       const char* item;
       QDate today;
@@ -61,9 +62,9 @@ class TestHistoryFilters : public QObject {
     }
     // A custom period without its dates admits nothing.
     test::TempDataDir empty;
-    QVERIFY(!MakeListPeriod(empty.dir(), QStringLiteral("Definiert"), may).Passes(may));
-    empty.write(QStringLiteral("Config/Period.cfg"), "gestern\r\n");
-    QVERIFY(!MakeListPeriod(empty.dir(), QStringLiteral("Definiert"), may).Passes(may));
+    QVERIFY(!MakeListPeriod(empty.dir(), u"Definiert"_s, may).Passes(may));
+    empty.write(u"Config/Period.cfg"_s, "gestern\r\n");
+    QVERIFY(!MakeListPeriod(empty.dir(), u"Definiert"_s, may).Passes(may));
   }
 
   void providerTariffAndUser() {
@@ -95,26 +96,25 @@ class TestHistoryFilters : public QObject {
       RecordFilter filter{QString::fromLatin1(c.user), QString::fromLatin1(c.provider),
                           QString::fromLatin1(c.tariff)};
       const QString name = QString::fromLatin1(c.file);
-      QVERIFY2(RecordMatches(filter, name, QStringLiteral("Anna")) == c.matches, c.file);
+      QVERIFY2(RecordMatches(filter, name, u"Anna"_s) == c.matches, c.file);
       filter.userCase = Qt::CaseInsensitive;
-      QVERIFY2(RecordMatches(filter, name, QStringLiteral("ANNA")) == (c.matches || filter.user == "anna"),
-               c.file);
+      QVERIFY2(RecordMatches(filter, name, u"ANNA"_s) == (c.matches || filter.user == "anna"), c.file);
     }
   }
 
   void walkReadsOnlyWantedRecordsAndCanStop() {
     test::TempDataDir data;
-    test::WriteRecord(data, QStringLiteral("01052026-100000.con"),
+    test::WriteRecord(data, u"01052026-100000.con"_s,
                       test::RecordLines("01.05.2026", "10:00:00", "0:01:00", "1,00"));
-    test::WriteRecord(data, QStringLiteral("02052026-100000.con"),
+    test::WriteRecord(data, u"02052026-100000.con"_s,
                       test::RecordLines("02.05.2026", "10:00:00", "0:02:00", "2,00"));
-    test::WriteRecord(data, QStringLiteral("01042026-100000.con"),
+    test::WriteRecord(data, u"01042026-100000.con"_s,
                       test::RecordLines("01.04.2026", "10:00:00", "0:03:00", "3,00"));
-    data.write(QStringLiteral("Verbindungen/notes.txt"), "x");
-    data.write(QStringLiteral("Verbindungen/03052026-100000.con"), "");
-    QFile::setPermissions(data.path(QStringLiteral("Verbindungen/03052026-100000.con")), {});
+    data.write(u"Verbindungen/notes.txt"_s, "x");
+    data.write(u"Verbindungen/03052026-100000.con"_s, "");
+    QFile::setPermissions(data.path(u"Verbindungen/03052026-100000.con"_s), {});
     const bool unreadable =
-        !QFile(data.path(QStringLiteral("Verbindungen/03052026-100000.con"))).open(QIODevice::ReadOnly);
+        !QFile(data.path(u"Verbindungen/03052026-100000.con"_s)).open(QIODevice::ReadOnly);
 
     QStringList seen;
     QStringList durations;
@@ -146,8 +146,8 @@ class TestHistoryFilters : public QObject {
 
   void usersListStartsWithAll() {
     test::TempDataDir data;
-    data.write(QStringLiteral("Benutzer/Anna.usr"), "");
-    data.write(QStringLiteral("Benutzer/Bert.USR"), "");
+    data.write(u"Benutzer/Anna.usr"_s, "");
+    data.write(u"Benutzer/Bert.USR"_s, "");
     QCOMPARE(GetUsers(data.dir()), (QStringList{kAlle, "Anna", "Bert"}));
   }
 };

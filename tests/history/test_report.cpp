@@ -3,6 +3,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -59,13 +60,11 @@ class TestReport : public QObject {
   }
 
   void noRecordsGiveTheShortTexts() {
-    const ReportTexts texts = ReportSentences({}, 31, QStringLiteral("[Alle]"), QStringLiteral("€"));
-    QCOMPARE(texts.sentences[0],
-             QStringLiteral("Eine Auswertung ist aufgrund unzureichender Daten nicht möglich."));
-    QCOMPARE(texts.sentences[9], QStringLiteral("Der aktivste Benutzer ist nicht ermittelbar."));
-    QCOMPARE(texts.sentences[3],
-             QStringLiteral("Die durchschnittlichen Verbindungskosten liegen bei 0,00 €."));
-    QCOMPARE(texts.dauer + ' ' + texts.kosten + ' ' + texts.transfer, QStringLiteral("00:00:00 0,00 € 0 KB"));
+    const ReportTexts texts = ReportSentences({}, 31, u"[Alle]"_s, u"€"_s);
+    QCOMPARE(texts.sentences[0], u"Eine Auswertung ist aufgrund unzureichender Daten nicht möglich."_s);
+    QCOMPARE(texts.sentences[9], u"Der aktivste Benutzer ist nicht ermittelbar."_s);
+    QCOMPARE(texts.sentences[3], u"Die durchschnittlichen Verbindungskosten liegen bei 0,00 €."_s);
+    QCOMPARE(texts.dauer + ' ' + texts.kosten + ' ' + texts.transfer, u"00:00:00 0,00 € 0 KB"_s);
   }
 
   void recordsAddUpToSentencesAndTotals() {
@@ -86,35 +85,30 @@ class TestReport : public QObject {
     // 12 day hours and the hour from 10:01 to 11:00.
     QCOMPARE(totals.dayMinutes, qint64(60 + 780));
     QCOMPARE(totals.nightMinutes, qint64(2 + 31 + 720));
-    const ReportTexts texts = ReportSentences(totals, 31, QStringLiteral("[Alle]"), QStringLiteral("€"));
-    QCOMPARE(texts.dauer, QStringLiteral("26:35:00"));
-    QCOMPARE(texts.kosten, QStringLiteral("2,00 €"));
-    QCOMPARE(texts.transfer, QStringLiteral("3000 KB"));
+    const ReportTexts texts = ReportSentences(totals, 31, u"[Alle]"_s, u"€"_s);
+    QCOMPARE(texts.dauer, u"26:35:00"_s);
+    QCOMPARE(texts.kosten, u"2,00 €"_s);
+    QCOMPARE(texts.transfer, u"3000 KB"_s);
     QCOMPARE(
         texts.sentences[0],
         QStringLiteral(
             "Sie surfen mehr tagsüber als nachts (52% zwischen 8 und 20 Uhr, 48% in der restlichen Zeit)."));
     // On equal counts the name met first is named.
-    QCOMPARE(texts.sentences[7],
-             QStringLiteral("Die meistgewählte DFÜ Verbindung ist: DSL (3 Verbindungen)"));
-    QCOMPARE(texts.sentences[8],
-             QStringLiteral("Der meistgenutzte Tarif lautet: Funk - Tag.tel (3 Verbindungen)"));
-    QCOMPARE(texts.sentences[9], QStringLiteral("Der aktivste Benutzer ist: Anna (2 Verbindungen)"));
-    QCOMPARE(texts.sentences[1],
-             QStringLiteral("Die durchschnittliche Verbindungsdauer liegt bei 399 Minuten."));
+    QCOMPARE(texts.sentences[7], u"Die meistgewählte DFÜ Verbindung ist: DSL (3 Verbindungen)"_s);
+    QCOMPARE(texts.sentences[8], u"Der meistgenutzte Tarif lautet: Funk - Tag.tel (3 Verbindungen)"_s);
+    QCOMPARE(texts.sentences[9], u"Der aktivste Benutzer ist: Anna (2 Verbindungen)"_s);
+    QCOMPARE(texts.sentences[1], u"Die durchschnittliche Verbindungsdauer liegt bei 399 Minuten."_s);
     QCOMPARE(texts.sentences[2],
              QStringLiteral(
                  "Pro Tag verbringen sie durchschnittlich 51 Minuten, pro Woche 6,0 Stunden im Internet."));
     QCOMPARE(texts.sentences[6],
              QStringLiteral("Pro Tag ergibt sich ein Transfervolumen von durchschnittlich 97 "
                             "KB, pro Woche 1 MB."));
-    QCOMPARE(texts.sentences[10],
-             QStringLiteral("Das entspricht einem Normalnutzer mit sehr geringem Datenaufkommen."));
+    QCOMPARE(texts.sentences[10], u"Das entspricht einem Normalnutzer mit sehr geringem Datenaufkommen."_s);
 
-    const ReportTexts oneUser = ReportSentences(totals, 31, QStringLiteral("Anna"), QStringLiteral("€"));
-    QCOMPARE(
-        oneUser.sentences[9],
-        QStringLiteral("Stellen Sie als Benutzer \"[Alle]\" ein um den aktivsten Benutzer zu ermitteln."));
+    const ReportTexts oneUser = ReportSentences(totals, 31, u"Anna"_s, u"€"_s);
+    QCOMPARE(oneUser.sentences[9],
+             u"Stellen Sie als Benutzer \"[Alle]\" ein um den aktivsten Benutzer zu ermitteln."_s);
   }
 
   void classesChangeAboveTheirBounds() {
@@ -136,8 +130,7 @@ class TestReport : public QObject {
       totals.connections = 2;
       totals.minutes = c.minutesPerDay * 10;
       totals.kbSum = c.kbPerDay * 10;
-      QCOMPARE(ReportSentences(totals, 10, QStringLiteral("[Alle]"), QStringLiteral("€")).sentences[10],
-               QString::fromUtf8(c.sentence));
+      QCOMPARE(ReportSentences(totals, 10, u"[Alle]"_s, u"€"_s).sentences[10], QString::fromUtf8(c.sentence));
     }
   }
 };

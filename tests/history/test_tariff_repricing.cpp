@@ -13,10 +13,11 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kFile = QStringLiteral("Test - Form.tel");
+const QString kFile = u"Test - Form.tel"_s;
 
 QByteArray Zone(int von, int bis, const char* pfennig, bool wochenende) {
   return QByteArray("Zone:Form\r\nVon:") + QByteArray::number(von) + "\r\nBis:" + QByteArray::number(bis) +
@@ -49,7 +50,7 @@ class BytesFromStart final : public TrafficSource {
 RepricedConnection Record(const DataDir& dir, const PastConnection& connection) {
   AppState state;
   state.AktuellerTarif = kFile;
-  state.ActiveUser = QStringLiteral("Anna");
+  state.ActiveUser = u"Anna"_s;
   state.Restfrei = ComputeFreeAllowance(dir, kFile, connection.start.date()).restfrei;
   FixedClock clock(connection.start);
   test::RecordingPrompter prompter;
@@ -68,8 +69,7 @@ RepricedConnection Record(const DataDir& dir, const PastConnection& connection) 
 }
 
 PastConnection At(const char* start, qint64 seconds, double bytes = 0) {
-  return {QDateTime::fromString(QString::fromLatin1(start), QStringLiteral("yyyy-MM-dd HH:mm:ss")), seconds,
-          bytes};
+  return {QDateTime::fromString(QString::fromLatin1(start), u"yyyy-MM-dd HH:mm:ss"_s), seconds, bytes};
 }
 
 }  // namespace
@@ -124,7 +124,7 @@ class TestTariffRepricing : public QObject {
     };
     for (const Case& c : cases) {
       test::TempDataDir data;
-      data.write(QStringLiteral("Tarife/") + kFile, c.file);
+      data.write(u"Tarife/"_s + kFile, c.file);
       QList<RepricedConnection> metered;
       for (const PastConnection& connection : c.connections) {
         metered.append(Record(data.dir(), connection));
@@ -132,8 +132,7 @@ class TestTariffRepricing : public QObject {
       TariffRepricer repricer(data.dir(), kFile);
       for (qsizetype i = 0; i < c.connections.size(); ++i) {
         const RepricedConnection priced = repricer.Next(c.connections[i]);
-        const QString where = QStringLiteral("%1, connection %2: %3 against %4")
-                                  .arg(QString::fromLatin1(c.shape))
+        const QString where = u"%1, connection %2: %3 against %4"_s.arg(QString::fromLatin1(c.shape))
                                   .arg(i + 1)
                                   .arg(double(priced.kosten), 0, 'g', 9)
                                   .arg(double(metered[i].kosten), 0, 'g', 9);

@@ -5,6 +5,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 class TestConnectionSettings : public QObject {
   Q_OBJECT
@@ -12,10 +13,10 @@ class TestConnectionSettings : public QObject {
  private slots:
   void aRecordingNeedsATariffAndAUser() {
     test::TestServices t;
-    t.state.AktuellerTarif = QStringLiteral("A - B.tel");
+    t.state.AktuellerTarif = u"A - B.tel"_s;
     QVERIFY(TarifCheck(t.services));
     QVERIFY(t.prompter.messages.isEmpty());
-    QVERIFY(!t.data.dir().FileExists(QStringLiteral("Config/Monitoring.cfg")));
+    QVERIFY(!t.data.dir().FileExists(u"Config/Monitoring.cfg"_s));
 
     t.state.ActiveUser.clear();
     QVERIFY(!TarifCheck(t.services));
@@ -23,10 +24,10 @@ class TestConnectionSettings : public QObject {
              QStringLiteral("Kein Benutzer ausgewählt! Wählen Sie zuerst einen Benutzer "
                             "aus, bevor Sie die Verbindung starten."));
     QVERIFY(!t.state.MonitoringOn);
-    QCOMPARE(t.data.read(QStringLiteral("Config/Monitoring.cfg")), QByteArray(" 0 \r\n"));
+    QCOMPARE(t.data.read(u"Config/Monitoring.cfg"_s), QByteArray(" 0 \r\n"));
 
     // A handle shorter than four characters is no tariff; it is told first.
-    t.state.AktuellerTarif = QStringLiteral(".te");
+    t.state.AktuellerTarif = u".te"_s;
     QVERIFY(!TarifCheck(t.services));
     QCOMPARE(t.prompter.messages.last(),
              QStringLiteral("Kein Tarif ausgewählt! Wählen Sie zuerst einen Tarif aus, "
@@ -47,11 +48,10 @@ class TestConnectionSettings : public QObject {
     t.prompter.answers = {Prompter::Answer::No, Prompter::Answer::Yes};
     QVERIFY(!ConfirmManualStop(t.services));
     QVERIFY(t.state.MonitoringOn);
-    QVERIFY(
-        t.prompter.messages.last().startsWith(QStringLiteral("Die automatiche Erkennung von Verbindungen")));
+    QVERIFY(t.prompter.messages.last().startsWith(u"Die automatiche Erkennung von Verbindungen"_s));
     QVERIFY(ConfirmManualStop(t.services));
     QVERIFY(!t.state.MonitoringOn);
-    QCOMPARE(t.data.read(QStringLiteral("Config/Monitoring.cfg")), QByteArray(" 0 \r\n"));
+    QCOMPARE(t.data.read(u"Config/Monitoring.cfg"_s), QByteArray(" 0 \r\n"));
   }
 
   void serviceAndWindowSwitches() {
@@ -59,27 +59,27 @@ class TestConnectionSettings : public QObject {
     const DataDir& dir = data.dir();
     const QDate today(2024, 3, 10);
     QVERIFY(!LoadAutoupdateState(dir, today));
-    data.write(QStringLiteral("Config/AUTOUPDATE.cfg"), " 1 \r\n 3 \r\n");
+    data.write(u"Config/AUTOUPDATE.cfg"_s, " 1 \r\n 3 \r\n");
     QVERIFY(LoadAutoupdateState(dir, today));  // never updated
     // Three days count as seven.
     const QList<std::pair<const char*, bool>> lastUpdates = {{"04.03.2024", false}, {"03.03.2024", true},
                                                              {"10.03.2024", false}, {"11.03.2024", true},
                                                              {"", false},           {"kaputt!!", true}};
     for (const auto& [last, due] : lastUpdates) {
-      data.write(QStringLiteral("Config/Update.cfg"), QByteArray(" 4 \r\n") + last + "\r\n");
+      data.write(u"Config/Update.cfg"_s, QByteArray(" 4 \r\n") + last + "\r\n");
       QVERIFY2(LoadAutoupdateState(dir, today) == due, last);
     }
-    data.write(QStringLiteral("Config/Autoupdate.cfg"), " 1 \r\n 14 \r\n");
-    data.write(QStringLiteral("Config/Update.cfg"), " 4 \r\n27.02.2024\r\n");
+    data.write(u"Config/Autoupdate.cfg"_s, " 1 \r\n 14 \r\n");
+    data.write(u"Config/Update.cfg"_s, " 4 \r\n27.02.2024\r\n");
     QVERIFY(!LoadAutoupdateState(dir, today));
 
     QVERIFY(!LoadTimesyncState(dir));
     SaveTimesyncState(dir, true);
-    QCOMPARE(data.read(QStringLiteral("Config/Timesync.cfg")), QByteArray(" 1 \r\n"));
+    QCOMPARE(data.read(u"Config/Timesync.cfg"_s), QByteArray(" 1 \r\n"));
     QVERIFY(LoadTimesyncState(dir));
     SaveSmallWindowState(dir, true);
     QVERIFY(LoadSmallWindowState(dir));
-    data.write(QStringLiteral("Config/Smallwindow.cfg"), "ja\r\n");
+    data.write(u"Config/Smallwindow.cfg"_s, "ja\r\n");
     QVERIFY(!LoadSmallWindowState(dir));
   }
 };

@@ -5,6 +5,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 class TestTariffCatalogue : public QObject {
   Q_OBJECT
@@ -17,14 +18,14 @@ class TestTariffCatalogue : public QObject {
     for (const auto& [typed, cleaned] : takt) {
       QCOMPARE(BereinigeTakt(typed), cleaned);
     }
-    QCOMPARE(BereinigeBetrag(u"0,12"), QStringLiteral("0,12"));
-    QCOMPARE(BereinigeBetrag(u"x"), QStringLiteral("0"));
-    QCOMPARE(BereinigeGanzzahl(u"7,9 Uhr"), QStringLiteral("7"));
+    QCOMPARE(BereinigeBetrag(u"0,12"), u"0,12"_s);
+    QCOMPARE(BereinigeBetrag(u"x"), u"0"_s);
+    QCOMPARE(BereinigeGanzzahl(u"7,9 Uhr"), u"7"_s);
   }
 
   void zonesGoThroughTheListUnchanged() {
     const QString eintrag = ZonenEintrag(8, 18, BereinigeBetrag(u"0,12"), false);
-    QCOMPARE(eintrag, QStringLiteral("Von: 08 Bis: 18 Kosten: 0,12 Werktag"));
+    QCOMPARE(eintrag, u"Von: 08 Bis: 18 Kosten: 0,12 Werktag"_s);
     QCOMPARE(ZoneAusEintrag(eintrag), (Tarifzone{8, 18, 12.0f, false}));
     QCOMPARE(ZoneAusEintrag(ZonenEintrag(0, 0, "1.5", true)), (Tarifzone{0, 0, 150.0f, true}));
   }
@@ -55,23 +56,23 @@ class TestTariffCatalogue : public QObject {
     data.write("Tarife/loose.tel", "");
     const QList<KatalogAnbieter> katalog = GetKatalog(data.dir());
     QCOMPARE(katalog.size(), 2);
-    QCOMPARE(katalog[0].name, QStringLiteral("Foo"));
+    QCOMPARE(katalog[0].name, u"Foo"_s);
     QCOMPARE(katalog[0].tel, QStringList{"Foo - A.tel"});
     QCOMPARE(katalog[0].atl, (QStringList{"Foo - B.atl", "Foo Net - X.atl"}));
     QCOMPARE(katalog[1].atl, QStringList{"Foo Net - X.atl"});
 
     const auto d = GetKatalogDetails(data.dir(), "Foo - A.tel", QDateTime::currentDateTime(), false, "€");
     QVERIFY(d);
-    QCOMPARE(d->preisCaption, QStringLiteral("Kosten/Tkt (jetzt):"));
-    QCOMPARE(d->preis, QStringLiteral("1,5000 €"));
-    QCOMPARE(d->taktung, QStringLiteral("10 MB"));
-    QCOMPARE(d->freiCaption, QStringLiteral("Freitransfer:"));
-    QCOMPARE(d->frei, QStringLiteral("unbegrenzt"));
-    QCOMPARE(d->grundgebuehr, QStringLiteral("4,50 €"));
-    QCOMPARE(d->gespraechsgebuehr, QStringLiteral("0,120 €"));
-    QCOMPARE(d->verfuegbarkeit, QStringLiteral("bundesweit"));
+    QCOMPARE(d->preisCaption, u"Kosten/Tkt (jetzt):"_s);
+    QCOMPARE(d->preis, u"1,5000 €"_s);
+    QCOMPARE(d->taktung, u"10 MB"_s);
+    QCOMPARE(d->freiCaption, u"Freitransfer:"_s);
+    QCOMPARE(d->frei, u"unbegrenzt"_s);
+    QCOMPARE(d->grundgebuehr, u"4,50 €"_s);
+    QCOMPARE(d->gespraechsgebuehr, u"0,120 €"_s);
+    QCOMPARE(d->verfuegbarkeit, u"bundesweit"_s);
     QVERIFY(!GetKatalogDetails(data.dir(), "Foo - Gone.tel", QDateTime::currentDateTime(), false, "€"));
-    QCOMPARE(DoubleFirstAmpersand("A&B&C"), QStringLiteral("A&&B&C"));
+    QCOMPARE(DoubleFirstAmpersand("A&B&C"), u"A&&B&C"_s);
   }
 };
 

@@ -53,9 +53,9 @@ QString Ip(const QStringList& args) {
 // did.
 class VethPair {
  public:
-  const QString outer = QStringLiteral("mto%1").arg(getpid());
-  const QString inner = QStringLiteral("mti%1").arg(getpid());
-  const QString netns = QStringLiteral("minutor-traffic-%1").arg(getpid());
+  const QString outer = u"mto%1"_s.arg(getpid());
+  const QString inner = u"mti%1"_s.arg(getpid());
+  const QString netns = u"minutor-traffic-%1"_s.arg(getpid());
 
   ~VethPair() {
     Ip({"link", "del", outer});
@@ -108,7 +108,7 @@ class VethPair {
   }
 
   static void DisableIpv6(const QString& name) {
-    QFile file(QStringLiteral("/proc/sys/net/ipv6/conf/%1/disable_ipv6").arg(name));
+    QFile file(u"/proc/sys/net/ipv6/conf/%1/disable_ipv6"_s.arg(name));
     file.open(QIODevice::WriteOnly) && file.write("1");
   }
 

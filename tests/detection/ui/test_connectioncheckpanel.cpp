@@ -46,9 +46,7 @@ struct Desk : test::TestServices {
 
 using test::Find;
 
-QCheckBox* Box(const QWidget& panel, int index) {
-  return Find<QCheckBox>(panel, QStringLiteral("Check1(%1)").arg(index));
-}
+QCheckBox* Box(const QWidget& panel, int index) { return Find<QCheckBox>(panel, u"Check1(%1)"_s.arg(index)); }
 
 QStringList Checked(const QWidget& panel) {
   QStringList on;
@@ -153,7 +151,7 @@ class TestConnectionCheckPanel : public QObject {
     QVERIFY(IgnoredIPsHint().contains("also nich \"192.168.*\" sondern \"192.168.*.*\"."));
     // Each method's explanation opens from the link beside its box.
     for (const auto& [index, text] : {std::pair{0, "IP Nummer"}, {1, "Internet Explorers"}, {2, "TAPI"}}) {
-      emit Find<QLabel>(panel, QStringLiteral("lblMehr(%1)").arg(index))->linkActivated("mehr");
+      emit Find<QLabel>(panel, u"lblMehr(%1)"_s.arg(index))->linkActivated("mehr");
       QVERIFY2(desk.prompter.messages.last().contains(QString::fromUtf8(text)), text);
     }
   }

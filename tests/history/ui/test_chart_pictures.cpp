@@ -5,6 +5,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -56,10 +57,9 @@ class TestChartPictures : public QObject {
     const Case cases[] = {{"line.png", ChartMeasure::Dauer, ChartStyle::Linien},
                           {"bar.png", ChartMeasure::Kosten, ChartStyle::Balken},
                           {"pie.png", ChartMeasure::Benutzer, ChartStyle::Kreis}};
-    const QString folder =
-        qEnvironmentVariable("MINUTOR_SOURCE_DIR") + QStringLiteral("/tests/history/ui/reference/");
+    const QString folder = qEnvironmentVariable("MINUTOR_SOURCE_DIR") + u"/tests/history/ui/reference/"_s;
     for (const Case& c : cases) {
-      const QImage image = RenderChart(DrawDiagramm(SampleMonth(), c.measure, c.style, QStringLiteral("€")))
+      const QImage image = RenderChart(DrawDiagramm(SampleMonth(), c.measure, c.style, u"€"_s))
                                .convertToFormat(QImage::Format_RGB32);
       const QString path = folder + QString::fromUtf8(c.file);
       if (qEnvironmentVariableIsSet("MINUTOR_UPDATE_REFERENCES")) {
@@ -69,14 +69,13 @@ class TestChartPictures : public QObject {
       QVERIFY2(!reference.isNull(), qPrintable(path));
       QCOMPARE(reference.size(), image.size());
       const int differing = Differing(image, reference);
-      const QString actual = QDir::temp().filePath(QStringLiteral("actual-") + QString::fromUtf8(c.file));
+      const QString actual = QDir::temp().filePath(u"actual-"_s + QString::fromUtf8(c.file));
       if (differing > image.width() * image.height() / 200) {
         image.save(actual);
       }
       QVERIFY2(differing <= image.width() * image.height() / 200,
-               qPrintable(QStringLiteral("%1 pixels differ from %2; the picture drawn is %3")
-                              .arg(differing)
-                              .arg(path, actual)));
+               qPrintable(
+                   u"%1 pixels differ from %2; the picture drawn is %3"_s.arg(differing).arg(path, actual)));
     }
   }
 };

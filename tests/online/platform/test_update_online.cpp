@@ -12,6 +12,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -33,7 +34,7 @@ class TestServer : public QObject {
       }
     });
   }
-  QString base() const { return QStringLiteral("http://127.0.0.1:%1").arg(server_.serverPort()); }
+  QString base() const { return u"http://127.0.0.1:%1"_s.arg(server_.serverPort()); }
   QHash<QByteArray, Page> pages;
   QList<QByteArray> asked;
 
@@ -67,7 +68,7 @@ QString Unreachable() {
   closed.listen(QHostAddress::LocalHost);
   const quint16 port = closed.serverPort();
   closed.close();
-  return QStringLiteral("http://127.0.0.1:%1").arg(port);
+  return u"http://127.0.0.1:%1"_s.arg(port);
 }
 
 const QByteArray kTariff = "[Providerdaten]\nName:Neu - Eins\nTakt:60/60\n";
@@ -90,12 +91,11 @@ class TestUpdateOnline : public QObject {
                        "<tel/2/y|/tmp/Weg - Da.atl>\n[0003]\n<tel/3/Neu - Zwei.atl|Neu - Zwei.atl>\n"});
     good.pages.insert("/tel/2/Neu - Eins.atl", {kTariff});
     good.pages.insert("/tel/3/Neu - Zwei.atl", {QByteArray(1'000'001, 'x')});
-    s.data.write(QStringLiteral("Revision.dat"), "330\r\n");
-    s.data.write(QStringLiteral("Config/Update.cfg"), " 1 \r\n01.01.2026\r\n");
-    s.data.write(QStringLiteral("Servers.dat"),
-                 (Unreachable() + "\r\n\r\nfile:///etc\r\n" + silent.base() + "\r\n" + garbage.base() +
-                  "\r\n" + stale.base() + "\r\n" + good.base() + "\r\n")
-                     .toUtf8());
+    s.data.write(u"Revision.dat"_s, "330\r\n");
+    s.data.write(u"Config/Update.cfg"_s, " 1 \r\n01.01.2026\r\n");
+    s.data.write(u"Servers.dat"_s, (Unreachable() + "\r\n\r\nfile:///etc\r\n" + silent.base() + "\r\n" +
+                                    garbage.base() + "\r\n" + stale.base() + "\r\n" + good.base() + "\r\n")
+                                       .toUtf8());
     NetworkFetcher fetcher(Quick());
     UpdateCheck check(s.data.dir(), s.prompter, fetcher);
     QSignalSpy checked(&check, &UpdateCheck::finished);
@@ -115,12 +115,11 @@ class TestUpdateOnline : public QObject {
     download.Start();
     QVERIFY(done.wait(10000));
     QCOMPARE(download.Written(), QStringList{"Tarife/Neu - Eins.atl"});
-    QCOMPARE(s.data.read(QStringLiteral("Tarife/Neu - Eins.atl")),
+    QCOMPARE(s.data.read(u"Tarife/Neu - Eins.atl"_s),
              QByteArray("[Providerdaten]\r\nName:Neu - Eins\r\nTakt:60/60\r\n"));
     QCOMPARE(progress.size(), 2);
-    QCOMPARE(s.data.read(QStringLiteral("Config/Update.cfg")), QByteArray(" 3 \r\n23.11.2026\r\n"));
-    QCOMPARE(QDir(s.data.path(QStringLiteral("Tarife"))).entryList(QDir::Files),
-             QStringList{"Neu - Eins.atl"});
+    QCOMPARE(s.data.read(u"Config/Update.cfg"_s), QByteArray(" 3 \r\n23.11.2026\r\n"));
+    QCOMPARE(QDir(s.data.path(u"Tarife"_s)).entryList(QDir::Files), QStringList{"Neu - Eins.atl"});
   }
 
   void cancelStopsTheTransferAndKeepsTheBatch() {
@@ -139,7 +138,7 @@ class TestUpdateOnline : public QObject {
     download.Cancel();
     QTest::qWait(100);
     QCOMPARE(download.Written(), QStringList{"Tarife/Neu - A.atl"});
-    QVERIFY(!s.data.dir().FileExists(QStringLiteral("Config/Update.cfg")));
+    QVERIFY(!s.data.dir().FileExists(u"Config/Update.cfg"_s));
 
     // A check that goes away while its server is silent (the connection
     // ended) is never answered.
@@ -165,7 +164,7 @@ class TestUpdateOnline : public QObject {
 
   void theClockIsSetThroughTimedatedUnlessTheSystemKeepsIt() {
     ::test::PrivateBus bus;
-    if (!bus.Start(QStringLiteral("timedated"))) {
+    if (!bus.Start(u"timedated"_s)) {
       QSKIP("dbus-daemon can't start a private bus here");
     }
     // Berlin in winter: UTC + 1 hour.
@@ -174,7 +173,7 @@ class TestUpdateOnline : public QObject {
     server.pages.insert(
         "/xdate?Etc/GMT",
         {"<html><body><p>Current Timezone: Etc/GMT</p><H2>Mon Nov 23 10:05:09 GMT 2026</H2></body>"});
-    s.data.write(QStringLiteral("Online.dat"), ("\r\n" + server.base() + "\r\n").toUtf8());
+    s.data.write(u"Online.dat"_s, ("\r\n" + server.base() + "\r\n").toUtf8());
     NetworkFetcher fetcher(Quick());
     TimedatedClockSetter setter(bus.connection());
 
@@ -203,7 +202,7 @@ class TestUpdateOnline : public QObject {
                           Case{false, true, "Nicht korrigiert: keine Berechtigung."}}) {
       QProcess* timedated =
           bus.StartMock({"-t", "timedated", "-p", c.ntp ? R"({"NTP": true})" : R"({"NTP": false})"},
-                        QStringLiteral("org.freedesktop.timedate1"));
+                        u"org.freedesktop.timedate1"_s);
       if (timedated == nullptr) {
         QSKIP("python3-dbusmock's timedated template doesn't start");
       }
