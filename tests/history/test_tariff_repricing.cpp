@@ -59,10 +59,8 @@ RepricedConnection Record(const DataDir& dir, const PastConnection& connection) 
   MeterHooks hooks;
   Meter meter(services, traffic, hooks);
   meter.Counter_Start();
-  meter.TimerStarterTick();
-  while (meter.TickCount() < connection.seconds) {
+  for (meter.TimerStarterTick(); meter.TickCount() < connection.seconds; meter.Tick()) {
     clock.Advance(1);
-    meter.Tick();
   }
   meter.Counter_Stop();
   return {meter.Fields().Kosten, ParseBetrag(RecordPlainLines(meter.Labels().Record()).at(3).mid(1))};

@@ -20,18 +20,14 @@ class TestConnectionSettings : public QObject {
 
     t.state.ActiveUser.clear();
     QVERIFY(!TarifCheck(t.services));
-    QCOMPARE(t.prompter.messages.last(),
-             QStringLiteral("Kein Benutzer ausgewählt! Wählen Sie zuerst einen Benutzer "
-                            "aus, bevor Sie die Verbindung starten."));
+    QVERIFY(t.prompter.messages.last().startsWith(u"Kein Benutzer ausgewählt!"_s));
     QVERIFY(!t.state.MonitoringOn);
     QCOMPARE(t.data.read(u"Config/Monitoring.cfg"_s), QByteArray(" 0 \r\n"));
 
     // A handle shorter than four characters is no tariff; it is told first.
     t.state.AktuellerTarif = u".te"_s;
     QVERIFY(!TarifCheck(t.services));
-    QCOMPARE(t.prompter.messages.last(),
-             QStringLiteral("Kein Tarif ausgewählt! Wählen Sie zuerst einen Tarif aus, "
-                            "bevor Sie die Verbindung starten."));
+    QVERIFY(t.prompter.messages.last().startsWith(u"Kein Tarif ausgewählt!"_s));
     QCOMPARE(t.prompter.messages.size(), 2);
   }
 

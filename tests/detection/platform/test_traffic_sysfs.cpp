@@ -211,18 +211,15 @@ class TestTrafficSysfs : public QObject {
     meter.Tick();
     QCOMPARE(desk.state.BytesIn, 600.0);
     QCOMPARE(desk.state.BytesOut, 1000.0);
-    const MeterLabels shown = meter.Labels();
-    QCOMPARE(shown.lblBytesIn, u"600 Bytes"_s);
-    QCOMPARE(shown.lblBytesInOut, QLocale().toString(1600) + " Bytes");
-    QCOMPARE(shown.lblBytesInOutPerSecond, QLocale().toString(1.6, 'f', 1));
+    const QString shown = meter.Labels().lblBytesInOut;
+    QCOMPARE(shown, QLocale().toString(1600) + " Bytes");
 
     // The connection's interface goes: the labels stand still.
     QCOMPARE(Ip({"link", "del", pair.outer}), QString());
     desk.clock.Advance(1);
     meter.Tick();
     QCOMPARE(desk.state.BytesTotal, 0.0);
-    QCOMPARE(meter.Labels().lblBytesInOut, shown.lblBytesInOut);
-    QCOMPARE(meter.Labels().lblBytesInOutPerSecond, shown.lblBytesInOutPerSecond);
+    QCOMPARE(meter.Labels().lblBytesInOut, shown);
   }
 };
 

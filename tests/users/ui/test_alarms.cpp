@@ -134,9 +134,7 @@ class TestAlarms : public QObject {
     QVERIFY(!boxes.Alert()->isVisible());
     alarms.CheckBudget(1.2);
     QVERIFY(boxes.Alert()->isVisible());
-    QCOMPARE(boxes.Alert()->findChild<QLabel*>(u"Label2"_s)->text(),
-             QStringLiteral("Sie überschreiten nun Ihr Tagesbudget. Diese Warnung können Sie in den "
-                            "Budgeteinstellungen deaktivieren."));
+    QVERIFY(boxes.Alert()->findChild<QLabel*>(u"Label2"_s)->text().contains(u"Tagesbudget"_s));
     QVERIFY(boxes.ConStop()->isVisible());
     // Nobody closes the countdown.
     QVERIFY(!boxes.ConStop()->close());
