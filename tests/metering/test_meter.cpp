@@ -101,6 +101,20 @@ struct Recording {
     }
   }
   QString operator[](const char* label) const { return meter.Labels().Text(QString::fromLatin1(label)); }
+
+  // Ticks on to each step's tick and compares the label there.
+  struct Step {
+    int tick;
+    const char* label;
+    QString text;
+  };
+  void expect(const QList<Step>& steps) {
+    for (const Step& step : steps) {
+      tickTo(step.tick);
+      QVERIFY2((*this)[step.label] == step.text,
+               qPrintable(u"tick %1, %2: %3"_s.arg(step.tick).arg(step.label, (*this)[step.label])));
+    }
+  }
 };
 
 QString Euro(const char* amount) { return Local(QString::fromLatin1(amount)) + u" €"_s; }
@@ -138,19 +152,15 @@ class TestMeter : public QObject {
     Recording r(data, timeTariff(u"Takt - Minute.tel"_s), At(1, 10, 0, 0));
     r.hooks.detect = [](DetectedConnection& c) { c.name = u"Modem"_s; };
     r.start();
-    QCOMPARE(r["lblKosten"], Euro("0.060"));
-    QCOMPARE(r["lblEinheiten"], u"1 (59s)"_s);
-    QCOMPARE(r["lblRestFrei"], u"keine"_s);
     QCOMPARE(r.hooks.caption, Euro("0.060") + u" | 00:00:01 | 0.0 | unbekannt"_s);
-
-    r.tickTo(60);
-    QCOMPARE(r["lblKosten"], Euro("0.060"));
-    QCOMPARE(r["lblEinheiten"], u"2 (60s)"_s);
-    r.tickTo(61);
-    QCOMPARE(r["lblKosten"], Euro("0.120"));
-    r.tickTo(121);
-    QCOMPARE(r["lblKosten"], Euro("0.180"));
-    QCOMPARE(r["lblEinheiten"], u"3 (59s)"_s);
+    r.expect({{1, "lblKosten", Euro("0.060")},
+              {1, "lblEinheiten", "1 (59s)"},
+              {1, "lblRestFrei", "keine"},
+              {60, "lblKosten", Euro("0.060")},
+              {60, "lblEinheiten", "2 (60s)"},
+              {61, "lblKosten", Euro("0.120")},
+              {121, "lblKosten", Euro("0.180")},
+              {121, "lblEinheiten", "3 (59s)"}});
     // The first tick asks for the budget, and so does every real charge.
     QCOMPARE(r.hooks.count("CheckBudget"), 3);
 
@@ -179,18 +189,14 @@ class TestMeter : public QObject {
     Recording r(data, timeTariff(u"Takt - Frei.tel"_s, "60/60", "5"), At(2, 10));
     r.state.Restfrei = u"00:02:00"_s;
     r.start();
-    QCOMPARE(r["lblRestFrei"], u"00:01:59"_s);
-    QCOMPARE(r["lblKosten"], Bracket("0.110"));
-    r.tickTo(61);
-    QCOMPARE(r["lblKosten"], Bracket("0.170"));
-    r.tickTo(120);
-    QCOMPARE(r["lblRestFrei"], u"00:00:00"_s);
-    QCOMPARE(r["lblKosten"], Bracket("0.170"));
+    r.expect({{1, "lblRestFrei", "00:01:59"},
+              {1, "lblKosten", Bracket("0.110")},
+              {61, "lblKosten", Bracket("0.170")},
+              {120, "lblRestFrei", "00:00:00"},
+              {120, "lblKosten", Bracket("0.170")}});
     QCOMPARE(r.hooks.count("CheckBudget"), 1);
-    r.tickTo(121);
-    QCOMPARE(r["lblRestFrei"], u"-00:00:01"_s);
     // Without the free time it would be 0.230.
-    QCOMPARE(r["lblKosten"], Euro("0.170"));
+    r.expect({{121, "lblRestFrei", "-00:00:01"}, {121, "lblKosten", Euro("0.170")}});
   }
 
   void shortUnits() {
@@ -198,14 +204,11 @@ class TestMeter : public QObject {
     // until it has run out; then every second is charged.
     Recording r(data, timeTariff(u"Takt - Erste Minute.tel"_s, "60/1"), At(3, 11));
     r.start();
-    QCOMPARE(r["lblKosten"], Euro("0.001"));
-    QCOMPARE(r["lblEinheiten"], u"1 (59s)"_s);
-    r.tickTo(60);
-    QCOMPARE(r["lblEinheiten"], u"2 (1s)"_s);
-    r.tickTo(61);
-    QCOMPARE(r["lblEinheiten"], u"sek.genau"_s);
-    r.tickTo(71);
-    QCOMPARE(r["lblKosten"], Euro("0.012"));
+    r.expect({{1, "lblKosten", Euro("0.001")},
+              {1, "lblEinheiten", "1 (59s)"},
+              {60, "lblEinheiten", "2 (1s)"},
+              {61, "lblEinheiten", "sek.genau"},
+              {71, "lblKosten", Euro("0.012")}});
   }
 
   void theNewHourBringsTheNewPrice() {
@@ -215,9 +218,7 @@ class TestMeter : public QObject {
     r.start();
     // An edit counts from the next hour on, as the file is read then.
     timeTariff(file, "60/60", "0", test::Zone(0, 18, "6", false) + test::Zone(18, 24, "18", false));
-    r.tickTo(61);
-    QCOMPARE(r["lblKosten"], Euro("0.240"));
-    QCOMPARE(r["lblEuroProMinute"], Euro("0.060"));
+    r.expect({{61, "lblKosten", Euro("0.240")}, {61, "lblEuroProMinute", Euro("0.060")}});
 
     // A connection into a new day and month: the day change runs once, the
     // record keeps the start date.
@@ -234,19 +235,15 @@ class TestMeter : public QObject {
   void missingOrDamagedTariffs() {
     Recording missing(data, u"Weg - Nie da.tel"_s, At(4, 10));
     missing.start();
-    missing.tickTo(90);
-    QCOMPARE(missing["lblEinheiten"], u"sek.genau"_s);
-    QCOMPARE(missing["lblKosten"], Euro("0.000"));
+    missing.expect({{90, "lblEinheiten", "sek.genau"}, {90, "lblKosten", Euro("0.000")}});
 
     // Deleted during the recording: the next hour's price is 0, time goes on.
     const QString file = timeTariff(u"Weg - Bald.tel"_s);
     Recording r(data, file, At(4, 10, 59, 30));
     r.start();
     QVERIFY(data.dir().Remove(u"Tarife/"_s + file));
-    r.tickTo(3 * 60 + 1);
-    QCOMPARE(r["lblKosten"], Euro("0.060"));
-    QCOMPARE(r["lblEinheiten"], u"4 (59s)"_s);
-    QCOMPARE(r["lblDauer"], u"00:03:01"_s);
+    r.expect(
+        {{181, "lblKosten", Euro("0.060")}, {181, "lblEinheiten", "4 (59s)"}, {181, "lblDauer", "00:03:01"}});
 
     // Values no tariff should have: the meter runs on with whatever the peeks
     // make of them.
@@ -288,16 +285,12 @@ class TestMeter : public QObject {
     Recording r(data, file, At(5, 11));
     r.state.KanalbuendelungAktiv = true;
     r.start();
-    QCOMPARE(r["lblEinheiten"], u"Flatrate"_s);  // no traffic yet
-    QCOMPARE(r["lblEinheit"], u"1MB"_s);
+    r.expect({{1, "lblEinheiten", "Flatrate"}, {1, "lblEinheit", "1MB"}});  // no traffic yet
     r.traffic.set(499999, 0);
-    r.tickTo(2);
-    QCOMPARE(r["lblEinheiten"], u"0 (0KB)"_s);
-    QCOMPARE(r["lblKosten"], Euro("0.100"));  // the fee, doubled by bundling
+    r.expect(
+        {{2, "lblEinheiten", "0 (0KB)"}, {2, "lblKosten", Euro("0.100")}});  // the fee, doubled by bundling
     r.traffic.set(400000, 100001);
-    r.tickTo(3);
-    QCOMPARE(r["lblEinheiten"], u"1 (1000KB)"_s);
-    QCOMPARE(r["lblKosten"], Euro("0.200"));  // a unit counts once, bundled or not
+    r.expect({{3, "lblEinheiten", "1 (1000KB)"}, {3, "lblKosten", Euro("0.200")}});  // a unit counts once
     r.meter.Counter_Stop();
     QCOMPARE(LoadPrerun(data.dir(), file), r.meter.Fields().EinheitRest);
 
@@ -305,9 +298,7 @@ class TestMeter : public QObject {
     Recording fast(data, volumeTariff(u"Volumen - Schnell.tel"_s, "1"), At(5, 12));
     fast.traffic.set(3500000, 0);
     fast.start();
-    fast.tickTo(4);
-    QCOMPARE(fast["lblEinheiten"], u"4 (500KB)"_s);
-    QCOMPARE(fast["lblKosten"], Euro("0.450"));
+    fast.expect({{4, "lblEinheiten", "4 (500KB)"}, {4, "lblKosten", Euro("0.450")}});
     fast.tickTo(6);
     QCOMPARE(fast.hooks.count("CheckBudget"), 1 + 4);
     fast.meter.Counter_Stop();
@@ -318,14 +309,11 @@ class TestMeter : public QObject {
     free.state.Restfrei = u"1"_s;
     free.traffic.set(500000, 0);
     free.start();
-    QCOMPARE(free["lblRestFrei"], Local(u"0.500MB"_s));
-    QCOMPARE(free["lblKosten"], Bracket("0.100"));
+    free.expect({{1, "lblRestFrei", Local(u"0.500MB"_s)}, {1, "lblKosten", Bracket("0.100")}});
     free.traffic.set(2500000, 0);
-    free.tickTo(2);
-    QCOMPARE(free["lblRestFrei"], Local(u"-1.500MB"_s));
-    QCOMPARE(free.meter.Fields().Kosten, 0.15f);
     // Once there is a shadow cost the brackets stay.
-    QCOMPARE(free["lblKosten"], Bracket("0.100"));
+    free.expect({{2, "lblRestFrei", Local(u"-1.500MB"_s)}, {2, "lblKosten", Bracket("0.100")}});
+    QCOMPARE(free.meter.Fields().Kosten, 0.15f);
   }
 
   void trafficLabels() {
@@ -337,25 +325,20 @@ class TestMeter : public QObject {
     QCOMPARE(r["lblBytesInOut"], u"unbekannt"_s);
     QCOMPARE(r.state.BytesTotal, 0.0);
     r.traffic.set(1234, 1000);
-    r.tickTo(2);
-    QCOMPARE(r["lblBytesIn"], Bytes(1234));
-    QCOMPARE(r["lblBytesOut"], Bytes(1000));
-    QCOMPARE(r["lblBytesInPerSecond"], Local(u"1.2"_s));
+    r.expect({{2, "lblBytesIn", Bytes(1234)},
+              {2, "lblBytesOut", Bytes(1000)},
+              {2, "lblBytesInPerSecond", Local(u"1.2"_s)}});
     QCOMPARE(r.hooks.caption, Euro("0.060") + u" | 00:00:02 | "_s + Local(u"2.2"_s) + u" | "_s + Bytes(2234));
     // Beyond 32 bits; then the interface goes, and comes back counting anew:
     // the labels stand still until the counter has caught up.
-    r.traffic.set(4e9, 2e9);
-    r.tickTo(3);
-    QCOMPARE(r["lblBytesInOut"], Bytes(6e9));
-    r.traffic.now.reset();
-    r.tickTo(4);
-    QCOMPARE(r["lblBytesInOut"], Bytes(6e9));
-    r.traffic.set(3e9, 2e9);
-    r.tickTo(5);
-    QCOMPARE(r["lblBytesInOut"], Bytes(6e9));
-    r.traffic.set(4e9, 2e9 + 1);
-    r.tickTo(6);
-    QCOMPARE(r["lblBytesInOut"], Bytes(6e9 + 1));
+    const std::pair<std::optional<TrafficCount>, double> counts[] = {{TrafficCount{4e9, 2e9}, 6e9},
+                                                                     {std::nullopt, 6e9},
+                                                                     {TrafficCount{3e9, 2e9}, 6e9},
+                                                                     {TrafficCount{4e9, 2e9 + 1}, 6e9 + 1}};
+    for (const auto& [count, shown] : counts) {
+      r.traffic.now = count;
+      r.expect({{r.meter.TickCount() + 1, "lblBytesInOut", Bytes(shown)}});
+    }
     QCOMPARE(r["lblBytesOutPerSecond"], Local(u"0.0"_s));
     r.meter.Counter_Stop();
     QCOMPARE(record(u"01012024-080000.con"_s).mid(5, 3),
@@ -423,8 +406,7 @@ class TestMeter : public QObject {
     r.start();
     QCOMPARE(r["lblKosten"], Euro("0.320"));
     r.meter.SetKanalbuendelung(false);
-    r.tickTo(61);
-    QCOMPARE(r["lblKosten"], Euro("0.380"));
+    r.expect({{61, "lblKosten", Euro("0.380")}});
   }
 
   void damagedCarryOverReadsAsFarAsItIsANumber() {
