@@ -94,25 +94,25 @@ class PrivateCups {
       return;
     }
     const QString root = dir_.path();
-    QDir(root).mkpath(u"conf/ppd"_s);
-    for (const char* sub : {"spool/tmp", "cache", "state", "log"}) {
+    for (const char* sub : {"conf/ppd", "spool/tmp", "cache", "state", "log"}) {
       QDir(root).mkpath(QString::fromLatin1(sub));
     }
     QFile(root).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner |
                                QFileDevice::ReadOther | QFileDevice::ExeOther);
     socket_ = root + u"/cups.sock"_s;
-    Write(root + u"/conf/cupsd.conf"_s,
-          "Listen " + socket_.toUtf8() +
-              "\nLogLevel warn\nPreserveJobFiles Yes\nWebInterface No\nBrowsing No\nDefaultAuthType None\n"
-              "<Location />\n  Order allow,deny\n  Allow all\n</Location>\n"
-              "<Policy default>\n  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n");
-    Write(root + u"/conf/cups-files.conf"_s,
-          ("ServerRoot " + root + "/conf\nRequestRoot " + root + "/spool\nTempDir " + root +
-           "/spool/tmp\nCacheDir " + root + "/cache\nStateDir " + root + "/state\nErrorLog " + root +
-           "/log/error_log\nAccessLog " + root + "/log/access_log\nPageLog " + root +
-           "/log/page_log\n"
-           "SystemGroup root\n")
-              .toUtf8());
+    dir_.write(
+        u"conf/cupsd.conf"_s,
+        "Listen " + socket_.toUtf8() +
+            "\nLogLevel warn\nPreserveJobFiles Yes\nWebInterface No\nBrowsing No\nDefaultAuthType None\n"
+            "<Location />\n  Order allow,deny\n  Allow all\n</Location>\n"
+            "<Policy default>\n  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n");
+    dir_.write(u"conf/cups-files.conf"_s,
+               ("ServerRoot " + root + "/conf\nRequestRoot " + root + "/spool\nTempDir " + root +
+                "/spool/tmp\nCacheDir " + root + "/cache\nStateDir " + root + "/state\nErrorLog " + root +
+                "/log/error_log\nAccessLog " + root + "/log/access_log\nPageLog " + root +
+                "/log/page_log\n"
+                "SystemGroup root\n")
+                   .toUtf8());
     cupsd_.setProcessChannelMode(QProcess::MergedChannels);
     cupsd_.start(u"cupsd"_s, {"-f", "-c", root + "/conf/cupsd.conf", "-s", root + "/conf/cups-files.conf"});
     if (!cupsd_.waitForStarted(10000) || !QTest::qWaitFor([&] { return QFile::exists(socket_); }, 10000)) {
@@ -133,23 +133,18 @@ class PrivateCups {
     }
   }
 
-  QString Spool() const { return dir_.filePath(u"spool"_s); }
+  QString Spool() const { return dir_.path(u"spool"_s); }
 
   QString reason;
 
  private:
-  static void Write(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    file.open(QIODevice::WriteOnly);
-    file.write(bytes);
-  }
   static bool Run(const char* program, const QStringList& args) {
     QProcess process;
     process.start(QString::fromLatin1(program), args);
     return process.waitForFinished(20000) && process.exitCode() == 0;
   }
 
-  QTemporaryDir dir_{u"/tmp/minutor-cups-XXXXXX"_s};
+  test::TempDataDir dir_;
   QString socket_;
   QProcess cupsd_;
 };
