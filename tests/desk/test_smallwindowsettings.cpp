@@ -22,12 +22,7 @@ class TestSmallWindowSettings : public QObject {
     QVERIFY(!s.pos);
     QCOMPARE(s.alpha, 255);
 
-    struct Case {
-      QByteArray file;
-      std::optional<QPoint> pos;
-      int alpha;
-    };
-    const Case cases[] = {
+    const std::tuple<QByteArray, std::optional<QPoint>, int> cases[] = {
         {"-1500\n0\n0\n", QPoint(-100, 0), 0},  // LF only; 0 is a valid byte
         {"1507,5\r\n2992.5\r\n99.6\r\n", QPoint(101, 200), 100},
         {"Fenster\r\nlinks\r\nklar\r\n", std::nullopt, 255},
@@ -35,11 +30,11 @@ class TestSmallWindowSettings : public QObject {
         {"1500abc\r\n3000\r\n256\r\n", std::nullopt, 255},
         {"1e400\r\n3000\r\nnan\r\n", std::nullopt, 255},
     };
-    for (const Case& c : cases) {
-      data.write(kFile, c.file);
+    for (const auto& [file, pos, alpha] : cases) {
+      data.write(kFile, file);
       s = ReadSmallWindowSettings(data.dir());
-      QVERIFY2(s.pos == c.pos, c.file.constData());
-      QVERIFY2(s.alpha == c.alpha, c.file.constData());
+      QVERIFY2(s.pos == pos, file.constData());
+      QVERIFY2(s.alpha == alpha, file.constData());
     }
   }
 
@@ -74,18 +69,14 @@ class TestSmallWindowSettings : public QObject {
   void positionIsKeptOnAScreenAndBroughtBackOtherwise() {
     const QList<QRect> one = {QRect(0, 0, 1280, 1000)};
     const QList<QRect> two = {QRect(0, 0, 1920, 1080), QRect(1920, 0, 1280, 1024)};
-    const struct {
-      QPoint at;
-      QList<QRect> screens;
-      QPoint placed;
-    } cases[] = {
+    const std::tuple<QPoint, QList<QRect>, QPoint> cases[] = {
         {{100, 100}, one, {100, 100}},    {{1200, 100}, one, {1200, 100}},  // its corner still shows
         {{1250, 500}, one, {1050, 500}},  {{3000, 2000}, one, {1050, 950}},  {{-500, -20}, one, {0, 0}},
         {{-500, -20}, {}, {-500, -20}},   {{2500, 100}, two, {2500, 100}},   {{3300, 500}, two, {2970, 500}},
         {{2500, 1020}, two, {2500, 974}}, {{1900, 1050}, two, {1690, 1030}},
     };
-    for (const auto& c : cases) {
-      QCOMPARE(PlaceOnScreen(QRect(c.at, QSize(230, 50)), c.screens), c.placed);
+    for (const auto& [at, screens, placed] : cases) {
+      QCOMPARE(PlaceOnScreen(QRect(at, QSize(230, 50)), screens), placed);
     }
     QCOMPARE(PlaceOnScreen(QRect(3000, 500, 2000, 1200), one), QPoint(0, 0));
   }

@@ -63,22 +63,16 @@ class TestChartDrawing : public QObject {
   }
 
   void scaleLabelsCarryDecimalsBelowAHundred() {
-    struct Case {
-      ChartMeasure measure;
-      float max;
-      const char* top;
-      const char* axis;
-    };
-    const Case cases[] = {
+    const std::tuple<ChartMeasure, float, const char*, const char*> cases[] = {
         {ChartMeasure::Dauer, 90, "1,5", "Y: Dauer (Min)"},  // seconds, shown in minutes
         {ChartMeasure::Dauer, 6600, "110", "Y: Dauer (Min)"},
         {ChartMeasure::Kosten, 99.5f, "99,50", "Y: Kosten (DM)"},
         {ChartMeasure::Transfer, 100, "100", "Y: Transfer (MB)"},
     };
-    for (const Case& c : cases) {
-      const ChartPicture picture = DrawDiagramm(Days({{5, c.max}}), c.measure, ChartStyle::Linien, u"DM"_s);
-      QCOMPARE(TopLabel(picture), QString::fromUtf8(c.top));
-      QCOMPARE(picture.axisY, QString::fromUtf8(c.axis));
+    for (const auto& [measure, max, top, axis] : cases) {
+      const ChartPicture picture = DrawDiagramm(Days({{5, max}}), measure, ChartStyle::Linien, u"DM"_s);
+      QCOMPARE(TopLabel(picture), QString::fromUtf8(top));
+      QCOMPARE(picture.axisY, QString::fromUtf8(axis));
     }
   }
 

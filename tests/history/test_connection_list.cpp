@@ -99,12 +99,7 @@ class TestConnectionList : public QObject {
     }
 
     const QByteArray costs = "1\r\n1\r\n2\r\n3\r\n";
-    const struct {
-      QByteArray config;
-      QByteArray cost;
-      int tax;
-      int icon;
-    } cases[] = {
+    const std::tuple<QByteArray, QByteArray, int, int> cases[] = {
         {costs, "1,00", -1, 0},  // equal to a limit stays below
         {costs, "1,001", -1, 1},
         {costs, "3,5", -1, 3},
@@ -116,17 +111,17 @@ class TestConnectionList : public QObject {
         {"3\r\n\r\n\r\n\r\n\r\n\r\n\r\n0,5\r\n1\r\n2\r\n", "1,00", -1, 0},
         {"x\r\n", "9", -1, 0},
     };
-    for (const auto& c : cases) {
+    for (const auto& [config, cost, tax, icon] : cases) {
       test::TempDataDir data;
-      data.write(u"Config/Difference.cfg"_s, c.config);
+      data.write(u"Config/Difference.cfg"_s, config);
       test::WriteRecord(data, "20052026-090000.con",
-                        test::RecordLines("20.05.2026", "09:00:00", "0:10:00", c.cost));
+                        test::RecordLines("20.05.2026", "09:00:00", "0:10:00", cost));
       ListQuery query = AllOf(data.dir());
       query.colouring = ReadColouring(data.dir());
-      if (c.tax >= 0) {
-        query.tax = static_cast<quint8>(c.tax);
+      if (tax >= 0) {
+        query.tax = static_cast<quint8>(tax);
       }
-      QVERIFY2(GetConnections(data.dir(), query).rows.at(0).icon == c.icon, c.config + c.cost);
+      QVERIFY2(GetConnections(data.dir(), query).rows.at(0).icon == icon, config + cost);
     }
   }
 

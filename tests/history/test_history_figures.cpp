@@ -43,15 +43,7 @@ class TestHistoryFigures : public QObject {
   void dayChartsSumTheRecordsThatPass() {
     test::TempDataDir data;
     WriteHistory(data);
-    struct Case {
-      ChartMeasure measure;
-      const char* user;
-      const char* provider;
-      const char* tariff;
-      float day1;
-      float day15;
-    };
-    const Case cases[] = {
+    const std::tuple<ChartMeasure, const char*, const char*, const char*, float, float> cases[] = {
         // An hour weighs 360 seconds; the user is compared without case.
         {ChartMeasure::Dauer, "ANNA", "[Alle]", "[Alle]", 360 + 630, 0},
         {ChartMeasure::Kosten, "[Alle]", "[Alle]", "[Alle]", 1.75f, 2},
@@ -59,16 +51,16 @@ class TestHistoryFigures : public QObject {
         {ChartMeasure::Kosten, "[Alle]", "Mobil", "A - Flat", 0, 2},
         {ChartMeasure::Kosten, "[Alle]", "Mobil", "M - Flat", 0, 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& [measure, user, provider, tariff, day1, day15] : cases) {
       ChartQuery query;
       query.month = 2;
       query.year = 2023;
-      query.filter.user = QString::fromUtf8(c.user);
-      query.filter.provider = QString::fromUtf8(c.provider);
-      query.filter.tariff = QString::fromUtf8(c.tariff);
-      const ChartData chart = GatherChartData(data.dir(), query, c.measure);
-      QCOMPARE(chart.days[0], c.day1);
-      QCOMPARE(chart.days[14], c.day15);
+      query.filter.user = QString::fromUtf8(user);
+      query.filter.provider = QString::fromUtf8(provider);
+      query.filter.tariff = QString::fromUtf8(tariff);
+      const ChartData chart = GatherChartData(data.dir(), query, measure);
+      QCOMPARE(chart.days[0], day1);
+      QCOMPARE(chart.days[14], day15);
       // The record of the 28th has no user; the 29th to 31st don't exist.
       QCOMPARE(chart.days[27] + chart.days[28] + chart.days[29] + chart.days[30], 0.0f);
     }
@@ -109,14 +101,7 @@ class TestHistoryFigures : public QObject {
   void reportsSelectByPeriodAndUser() {
     test::TempDataDir data;
     WriteHistory(data);
-    struct Case {
-      const char* period;
-      const char* user;
-      const char* dauer;
-      int sentence;
-      const char* text;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, const char*, std::size_t, const char*> cases[] = {
         // This month of every year; the record without a user is passed over.
         {"Dieser Monat", "[Alle]", "01:13:40", 9, "Der aktivste Benutzer ist: Anna (3 Verbindungen)"},
         {"Gesamt", "Bert", "00:00:10", 8,
@@ -126,11 +111,11 @@ class TestHistoryFigures : public QObject {
         {"Letztes Jahr", "[Alle]", "00:00:00", 0,
          "Eine Auswertung ist aufgrund unzureichender Daten nicht möglich."},
     };
-    for (const Case& c : cases) {
-      const ReportTexts texts = BuildReport(data.dir(), QString::fromUtf8(c.period),
-                                            QString::fromUtf8(c.user), QDate(2023, 2, 20), u"€"_s);
-      QCOMPARE(texts.dauer, QString::fromUtf8(c.dauer));
-      QCOMPARE(texts.sentences[static_cast<std::size_t>(c.sentence)], QString::fromUtf8(c.text));
+    for (const auto& [period, user, dauer, sentence, text] : cases) {
+      const ReportTexts texts = BuildReport(data.dir(), QString::fromUtf8(period), QString::fromUtf8(user),
+                                            QDate(2023, 2, 20), u"€"_s);
+      QCOMPARE(texts.dauer, QString::fromUtf8(dauer));
+      QCOMPARE(texts.sentences[sentence], QString::fromUtf8(text));
     }
   }
 };

@@ -30,14 +30,8 @@ class TestHistoryFilters : public QObject {
   void periods() {
     test::TempDataDir data;
     QVERIFY(WritePeriodFile(data.dir(), u"01.01.2026"_s, u"31.01.2026"_s));
-    struct Case {
-      const char* item;
-      QDate today;
-      QDate date;
-      bool passes;
-    };
     const QDate may(2026, 5, 20);
-    const Case cases[] = {
+    const std::tuple<const char*, QDate, QDate, bool> cases[] = {
         {"Gesamt", may, QDate(), true},  // takes a name without a date
         {"Heute", may, may, true},
         {"Heute", may, QDate(2026, 5, 19), false},
@@ -56,9 +50,9 @@ class TestHistoryFilters : public QObject {
         {"Definiert", may, QDate(2026, 2, 1), false},
         {"Irgendwann", may, may, false},
     };
-    for (const Case& c : cases) {
-      QVERIFY2(MakeListPeriod(data.dir(), QString::fromUtf8(c.item), c.today).Passes(c.date) == c.passes,
-               qPrintable(QString::fromUtf8(c.item) + c.date.toString(Qt::ISODate)));
+    for (const auto& [item, today, date, passes] : cases) {
+      QVERIFY2(MakeListPeriod(data.dir(), QString::fromUtf8(item), today).Passes(date) == passes,
+               qPrintable(QString::fromUtf8(item) + date.toString(Qt::ISODate)));
     }
     // A custom period without its dates admits nothing.
     test::TempDataDir empty;
@@ -68,16 +62,9 @@ class TestHistoryFilters : public QObject {
   }
 
   void providerTariffAndUser() {
-    struct Case {
-      const char* user;
-      const char* provider;
-      const char* tariff;
-      const char* file;
-      bool matches;
-    };
     const char* all = "[Alle]";
     const char* file = "Funkwelle - Tag und Nacht.tel";
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, const char*, const char*, bool> cases[] = {
         {all, all, all, file, true},
         {all, all, "M - Anders", file, true},  // the tariff is ignored under all providers
         {all, "Funkwelle", all, file, true},
@@ -92,13 +79,13 @@ class TestHistoryFilters : public QObject {
         {all, all, all, "", false},
     };
     QCOMPARE(kAlle, QString::fromLatin1(all));
-    for (const Case& c : cases) {
-      RecordFilter filter{QString::fromLatin1(c.user), QString::fromLatin1(c.provider),
-                          QString::fromLatin1(c.tariff)};
-      const QString name = QString::fromLatin1(c.file);
-      QVERIFY2(RecordMatches(filter, name, u"Anna"_s) == c.matches, c.file);
+    for (const auto& [user, provider, tariff, file, matches] : cases) {
+      RecordFilter filter{QString::fromLatin1(user), QString::fromLatin1(provider),
+                          QString::fromLatin1(tariff)};
+      const QString name = QString::fromLatin1(file);
+      QVERIFY2(RecordMatches(filter, name, u"Anna"_s) == matches, file);
       filter.userCase = Qt::CaseInsensitive;
-      QVERIFY2(RecordMatches(filter, name, u"ANNA"_s) == (c.matches || filter.user == "anna"), c.file);
+      QVERIFY2(RecordMatches(filter, name, u"ANNA"_s) == (matches || filter.user == "anna"), file);
     }
   }
 

@@ -86,10 +86,7 @@ class TestListExport : public QObject {
   void titlesAndChartMonths() {
     test::TempDataDir data;
     data.write(u"Config/Period.cfg"_s, "01.02.2026\r\n15.03.2026\r\n");
-    const struct {
-      const char* item;
-      const char* title;
-    } cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"Heute", "Verbindungen am Mittwoch, den 20.05.2026"},
         {"Vorgestern", "Verbindungen am Montag, den 18.05.2026"},
         {"Letzter Monat", "Verbindungen im April 2026"},
@@ -97,8 +94,8 @@ class TestListExport : public QObject {
         {"Definiert", "Verbindungen vom 01.02.2026 bis zum 15.03.2026"},
         {"Gesamt", "Alle aufgezeichneten Verbindungen"},
     };
-    for (const auto& c : cases) {
-      QCOMPARE(BuildListTitle(data.dir(), QString::fromUtf8(c.item), kToday), QString::fromUtf8(c.title));
+    for (const auto& [item, title] : cases) {
+      QCOMPARE(BuildListTitle(data.dir(), QString::fromUtf8(item), kToday), QString::fromUtf8(title));
     }
     // The day is kept, so on the 31st "Letzter Monat" of a 30-day month
     // rolls over into this one.

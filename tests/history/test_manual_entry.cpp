@@ -48,16 +48,9 @@ class TestManualEntry : public QObject {
   void estimate() {
     test::TempDataDir data;
     WriteTariffs(data);
-    struct Case {
-      QString tariff;
-      const char* date;
-      const char* start;
-      const char* duration;
-      double cost;
-      int units;  // -1: left alone
-    };
+    // units: -1: left alone
     // 20.05.2026 is a Wednesday, 01.01.2028 a Saturday.
-    const Case cases[] = {
+    const std::tuple<QString, const char*, const char*, const char*, double, int> cases[] = {
         {kDay, "20.05.2026", "14:00:00", "0:10:00", 60.0, 10},    // whole steps
         {kDay, "20.05.2026", "14:00:00", "0:01:01", 12.0, 2},     // the last step charged whole
         {kDay, "20.05.2026", "14:00:00", "0:00:00", 0.0, 0},      // no duration, no step
@@ -69,13 +62,13 @@ class TestManualEntry : public QObject {
         {kDay, "18.05.2026", "00:00:00", "90:00:00", 32400.0, 5400},  // ninety hours from a Monday
         {u"Test - Weg.tel"_s, "20.05.2026", "12:00:00", "0:02:00", 0.0, -1},
     };
-    for (const Case& c : cases) {
+    for (const auto& [tariff, date, start, duration, cost, units] : cases) {
       const auto estimate =
-          ComputeManualCost(data.dir(), c.tariff, QString::fromLatin1(c.date), QString::fromLatin1(c.start),
-                            DurationToSeconds(QString::fromLatin1(c.duration)));
-      QVERIFY2(estimate, c.duration);
-      QCOMPARE(qRound64(double(estimate->cost) * 1000), qRound64(c.cost * 1000));
-      QCOMPARE(estimate->units.value_or(-1), qint64(c.units));
+          ComputeManualCost(data.dir(), tariff, QString::fromLatin1(date), QString::fromLatin1(start),
+                            DurationToSeconds(QString::fromLatin1(duration)));
+      QVERIFY2(estimate, duration);
+      QCOMPARE(qRound64(double(estimate->cost) * 1000), qRound64(cost * 1000));
+      QCOMPARE(estimate->units.value_or(-1), qint64(units));
     }
   }
 

@@ -21,29 +21,18 @@ class TestReport : public QObject {
 
  private slots:
   void dayMinutesAreJudgedAtTheEndOfEachMinute() {
-    struct Case {
-      QTime start;
-      qint64 minutes;
-      qint64 day;
-    };
-    const Case cases[] = {
+    const std::tuple<QTime, qint64, qint64> cases[] = {
         {QTime(19, 59), 2, 0},       {QTime(7, 59), 2, 2},       {QTime(7, 59, 59), 1, 1},
         {QTime(0, 0), 1440, 720},    {QTime(19, 0), 3000, 1499}, {QTime(12, 0), 0, 0},
         {QTime(23, 30), 60 * 9, 31},
     };
-    for (const Case& c : cases) {
-      QCOMPARE(CountDayMinutes(c.start, c.minutes), c.day);
+    for (const auto& [start, minutes, day] : cases) {
+      QCOMPARE(CountDayMinutes(start, minutes), day);
     }
   }
 
   void periodsDivideByTheirOwnLengths() {
-    struct Case {
-      const char* period;
-      QDate today;
-      QDate earliest;
-      int days;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, QDate, QDate, int> cases[] = {
         {"Dieser Monat", QDate(2024, 2, 10), {}, 28},  // February has 28 days in leap years too
         {"Dieser Monat", QDate(2024, 5, 1), {}, 31},
         {"Letzter Monat", QDate(2024, 3, 31), {}, 31},  // 31 February rolls into March
@@ -54,8 +43,8 @@ class TestReport : public QObject {
         {"Gesamt", QDate(2024, 6, 15), QDate(2024, 6, 15), 7},
         {"Gesamt", QDate(2024, 6, 15), QDate(2024, 6, 5), 10},
     };
-    for (const Case& c : cases) {
-      QCOMPARE(GetPeriodDays(QString::fromUtf8(c.period), c.today, c.earliest), c.days);
+    for (const auto& [period, today, earliest, days] : cases) {
+      QCOMPARE(GetPeriodDays(QString::fromUtf8(period), today, earliest), days);
     }
   }
 
@@ -112,12 +101,7 @@ class TestReport : public QObject {
   }
 
   void classesChangeAboveTheirBounds() {
-    struct Case {
-      qint64 minutesPerDay;
-      double kbPerDay;
-      const char* sentence;
-    };
-    const Case cases[] = {
+    const std::tuple<qint64, double, const char*> cases[] = {
         {20, 1000, "Das entspricht einem Wenignutzer mit sehr geringem Datenaufkommen."},
         {21, 1001, "Das entspricht einem Gelegenheitsnutzer mit geringem Datenaufkommen."},
         {51, 4001, "Das entspricht einem Normalnutzer mit normalen Datenaufkommen."},
@@ -125,12 +109,12 @@ class TestReport : public QObject {
         {201, 50001, "Das entspricht einem Powernutzer mit sehr großem Datenaufkommen."},
         {201, 100001, "Das entspricht einem Powernutzer mit imensen Datenaufkommen."},
     };
-    for (const Case& c : cases) {
+    for (const auto& [minutesPerDay, kbPerDay, sentence] : cases) {
       ReportTotals totals;
       totals.connections = 2;
-      totals.minutes = c.minutesPerDay * 10;
-      totals.kbSum = c.kbPerDay * 10;
-      QCOMPARE(ReportSentences(totals, 10, u"[Alle]"_s, u"€"_s).sentences[10], QString::fromUtf8(c.sentence));
+      totals.minutes = minutesPerDay * 10;
+      totals.kbSum = kbPerDay * 10;
+      QCOMPARE(ReportSentences(totals, 10, u"[Alle]"_s, u"€"_s).sentences[10], QString::fromUtf8(sentence));
     }
   }
 };

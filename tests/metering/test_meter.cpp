@@ -443,30 +443,25 @@ class TestMeter : public QObject {
     };
     // Ticks run, then the process dies: the next start makes the record from
     // the last checkpoint (at the first tick, every minute, every charge).
-    struct Case {
-      const char* tariff;
-      int ticks;
-      QByteArray saved;
-    };
-    const QList<Case> cases = {{"Takt - Minute.tel", 30, "00:00:01"},
-                               {"Takt - Minute.tel", 119, "00:01:01"},
-                               {"Takt - Sekunde.tel", 77, "00:01:17"},
-                               {"Volumen - Mega.tel", 70, "00:01:01"}};
+    const std::tuple<const char*, int, QByteArray> cases[] = {{"Takt - Minute.tel", 30, "00:00:01"},
+                                                              {"Takt - Minute.tel", 119, "00:01:01"},
+                                                              {"Takt - Sekunde.tel", 77, "00:01:17"},
+                                                              {"Volumen - Mega.tel", 70, "00:01:01"}};
     int hour = 1;
-    for (const Case& c : cases) {
+    for (const auto& [tariff, ticks, saved] : cases) {
       const QString name = u"05012024-0%1"_s.arg(hour) + u"0000.con"_s;
       {
-        Recording r(crash, QString::fromLatin1(c.tariff), At(5, hour++));
+        Recording r(crash, QString::fromLatin1(tariff), At(5, hour++));
         r.traffic.set(300000, 0);
         r.start();
-        r.tickTo(c.ticks);
+        r.tickTo(ticks);
         QVERIFY(!crash.dir().FileExists(u"Verbindungen/"_s + name));
       }
       test::RecordingPrompter prompter;
       RecoverCheckpoint(crash.dir(), prompter);
-      QCOMPARE(duration(name), c.saved);
+      QCOMPARE(duration(name), saved);
       QCOMPARE(prompter.messages.size(), 1);
-      QVERIFY(prompter.messages.first().contains(QString::fromLatin1(c.saved)));
+      QVERIFY(prompter.messages.first().contains(QString::fromLatin1(saved)));
       QVERIFY(!crash.dir().FileExists(kCheckpointFile));
     }
     QCOMPARE(LoadPrerun(crash.dir(), u"Volumen - Mega.tel"_s), 700.0f);

@@ -36,11 +36,7 @@ class TestAES : public QObject {
     // The three examples of the AES standard (128-bit blocks), then the same
     // key and plain text pattern for the wider blocks, as another Rijndael
     // implementation enciphers them.
-    const struct {
-      int nb;
-      int nk;
-      QByteArray expected;
-    } cases[] = {
+    const std::tuple<int, int, QByteArray> cases[] = {
         {4, 4, "69c4e0d86a7b0430d8cdb78070b4c55a"},
         {4, 6, "dda97ca4864cdfe06eaf70a0ec0d7191"},
         {4, 8, "8ea2b7ca516745bfeafc49904b496089"},
@@ -53,13 +49,13 @@ class TestAES : public QObject {
     };
     AES aes;
     aes.gentables();
-    for (const auto& c : cases) {
-      QVERIFY(aes.gkey(c.nb, c.nk, Pattern(4 * c.nk, 1)));
-      QByteArray block = Pattern(4 * c.nb, 0x11);
+    for (const auto& [nb, nk, expected] : cases) {
+      QVERIFY(aes.gkey(nb, nk, Pattern(4 * nk, 1)));
+      QByteArray block = Pattern(4 * nb, 0x11);
       QVERIFY(aes.Encrypt(block));
-      QCOMPARE(block.toHex(), c.expected);
+      QCOMPARE(block.toHex(), expected);
       QVERIFY(aes.Decrypt(block));
-      QCOMPARE(block, Pattern(4 * c.nb, 0x11));
+      QCOMPARE(block, Pattern(4 * nb, 0x11));
     }
   }
 

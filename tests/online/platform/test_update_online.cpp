@@ -192,21 +192,17 @@ class TestUpdateOnline : public QObject {
         QByteArray::number(QDateTime(QDate(2026, 11, 23), QTime(10, 5, 9), Qt::UTC).toMSecsSinceEpoch() *
                            1000) +
         ">, <false>, <true>";
-    struct Case {
-      bool ntp;
-      bool refuse;
-      QString text;
-    };
-    for (const Case& c : {Case{false, false, "Zeit um ±00:05:09 korrigiert."},
-                          Case{true, false, "Nicht korrigiert: das System stellt die Uhr selbst."},
-                          Case{false, true, "Nicht korrigiert: keine Berechtigung."}}) {
+    for (const auto& [ntp, refuse, text] :
+         {std::tuple{false, false, "Zeit um ±00:05:09 korrigiert."},
+          {true, false, "Nicht korrigiert: das System stellt die Uhr selbst."},
+          {false, true, "Nicht korrigiert: keine Berechtigung."}}) {
       QProcess* timedated =
-          bus.StartMock({"-t", "timedated", "-p", c.ntp ? R"({"NTP": true})" : R"({"NTP": false})"},
+          bus.StartMock({"-t", "timedated", "-p", ntp ? R"({"NTP": true})" : R"({"NTP": false})"},
                         u"org.freedesktop.timedate1"_s);
       if (timedated == nullptr) {
         QSKIP("python3-dbusmock's timedated template doesn't start");
       }
-      if (c.refuse) {
+      if (refuse) {
         mock({"org.freedesktop.DBus.Mock.AddMethod", "org.freedesktop.timedate1", "SetTime", "xbb", "",
               "raise dbus.exceptions.DBusException('nein', name='org.freedesktop.DBus.Error.AccessDenied')"});
       }
@@ -214,9 +210,9 @@ class TestUpdateOnline : public QObject {
       QSignalSpy finished(&correction, &TimeCorrection::finished);
       correction.Start();
       QVERIFY(finished.wait(10000));
-      QCOMPARE(finished.first().first().toString(), c.text);
+      QCOMPARE(finished.first().first().toString(), QString::fromUtf8(text));
       const QByteArray recorded = mock({"org.freedesktop.DBus.Mock.GetMethodCalls", "SetTime"});
-      QVERIFY2(recorded.contains(setTime) == !c.ntp, recorded);
+      QVERIFY2(recorded.contains(setTime) == !ntp, recorded);
       ::test::PrivateBus::Stop(*timedated);
     }
   }
