@@ -7,7 +7,6 @@
 #include "support/TestServices.h"
 
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace minutor;
@@ -90,31 +89,20 @@ class TestLaunchedPrograms : public QObject {
     QVERIFY(s.launcher.asked.isEmpty());
   }
 
-  void theDetachedLauncherRunsAProgramAndPassesOverAMissingOne() {
-    QTemporaryDir dir;
-    const QString marker = dir.filePath(u"gestartet"_s);
-    const QString script = dir.filePath(u"Post holen.sh"_s);
-    QFile file(script);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("#!/bin/sh\ntouch gestartet\n");
-    file.close();
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-
-    DetachedProgramLauncher launcher;
-    QVERIFY(!launcher.Start(dir.filePath(u"gibt es nicht"_s)));
-    QVERIFY(launcher.Start(script));
-    QTRY_VERIFY(QFile::exists(marker));  // ran in its own folder
-  }
-
-  void desktopEntriesStartTheirApplication() {
-    QTemporaryDir dir;
+  void theDetachedLauncherRunsProgramsAndDesktopEntries() {
+    test::TempDataDir dir;
     auto write = [&](const QString& name, const QByteArray& text) {
-      QFile file(dir.filePath(name));
-      if (file.open(QIODevice::WriteOnly)) {
-        file.write(text);
-      }
-      return dir.filePath(name);
+      dir.write(name, text);
+      return dir.path(name);
     };
+    // A script runs in its own folder; a missing program is passed over.
+    const QString script = write(u"Post holen.sh"_s, "#!/bin/sh\ntouch gestartet\n");
+    QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    DetachedProgramLauncher launcher;
+    QVERIFY(!launcher.Start(dir.path(u"gibt es nicht"_s)));
+    QVERIFY(launcher.Start(script));
+    QTRY_VERIFY(QFile::exists(dir.path(u"gestartet"_s)));
+
     // Quotes hold an argument together, placeholders for files go, %% and
     // the value escapes are kept as the desktop reads them.
     const QString mail =
@@ -124,18 +112,15 @@ class TestLaunchedPrograms : public QObject {
               "[Desktop Action New]\nExec=falsch\n");
     QCOMPARE(DesktopEntryCommand(mail), (QStringList{"/opt/Mail Programm/bin/post", "--profile", "a \"b\"",
                                                      "-n", "100%", "--title=Post"}));
-    QVERIFY(
-        DesktopEntryCommand(write(u"link.desktop"_s, "[Desktop Entry]\nType=Link\nURL=http://example.org\n"))
-            .isEmpty());
-    QVERIFY(DesktopEntryCommand(dir.filePath(u"fehlt.desktop"_s)).isEmpty());
+    const QString link = write(u"link.desktop"_s, "[Desktop Entry]\nType=Link\nURL=http://example.org\n");
+    QVERIFY(DesktopEntryCommand(link).isEmpty() &&
+            DesktopEntryCommand(dir.path(u"fehlt.desktop"_s)).isEmpty());
+    QVERIFY(!launcher.Start(link));
 
-    const QString marker = dir.filePath(u"gestartet"_s);
-    const QString entry = write(u"Marker.DESKTOP"_s, "[Desktop Entry]\nType=Application\nExec=touch \"" +
-                                                         marker.toUtf8() + "\" %F\n");
-    DetachedProgramLauncher launcher;
-    QVERIFY(launcher.Start(entry));
+    const QString marker = dir.path(u"Marker"_s);
+    QVERIFY(launcher.Start(write(u"Marker.DESKTOP"_s, "[Desktop Entry]\nType=Application\nExec=touch \"" +
+                                                          marker.toUtf8() + "\" %F\n")));
     QTRY_VERIFY(QFile::exists(marker));
-    QVERIFY(!launcher.Start(dir.filePath(u"link.desktop"_s)));
   }
 };
 
