@@ -64,6 +64,12 @@ class TestSmallWindowSettings : public QObject {
     }
     QCOMPARE(SliderMarkX(250, w), 3);  // between two steps: the nearer one
     QCOMPARE(SliderMarkX(0, w), w - 2);
+
+    // The fields' texts.
+    QCOMPARE(SmallWindowVolumeText(0), u"0 KB "_s);
+    QCOMPARE(SmallWindowVolumeText(1499), u"1 KB "_s);
+    QCOMPARE(SmallWindowVolumeText(123456789), u"123457 KB "_s);
+    QCOMPARE(SmallWindowRateText(u"1,2"_s), u"1,2 KB/s"_s);
   }
 
   void positionIsKeptOnAScreenAndBroughtBackOtherwise() {
@@ -79,13 +85,6 @@ class TestSmallWindowSettings : public QObject {
       QCOMPARE(PlaceOnScreen(QRect(at, QSize(230, 50)), screens), placed);
     }
     QCOMPARE(PlaceOnScreen(QRect(3000, 500, 2000, 1200), one), QPoint(0, 0));
-  }
-
-  void fieldTexts() {
-    QCOMPARE(SmallWindowVolumeText(0), u"0 KB "_s);
-    QCOMPARE(SmallWindowVolumeText(1499), u"1 KB "_s);
-    QCOMPARE(SmallWindowVolumeText(123456789), u"123457 KB "_s);
-    QCOMPARE(SmallWindowRateText(u"1,2"_s), u"1,2 KB/s"_s);
   }
 };
 

@@ -64,6 +64,24 @@ class TestHistoryFigures : public QObject {
       // The record of the 28th has no user; the 29th to 31st don't exist.
       QCOMPARE(chart.days[27] + chart.days[28] + chart.days[29] + chart.days[30], 0.0f);
     }
+
+    // Reports select by period and user.
+    const std::tuple<const char*, const char*, const char*, std::size_t, const char*> reports[] = {
+        // This month of every year; the record without a user is passed over.
+        {"Dieser Monat", "[Alle]", "01:13:40", 9, "Der aktivste Benutzer ist: Anna (3 Verbindungen)"},
+        {"Gesamt", "Bert", "00:00:10", 8,
+         "Der meistgenutzte Tarif lautet: Mobil - Flat.atl (1 Verbindungen)"},
+        {"Dieses Jahr", "[Alle]", "01:15:40", 1,
+         "Die durchschnittliche Verbindungsdauer liegt bei 19 Minuten."},
+        {"Letztes Jahr", "[Alle]", "00:00:00", 0,
+         "Eine Auswertung ist aufgrund unzureichender Daten nicht möglich."},
+    };
+    for (const auto& [period, user, dauer, sentence, text] : reports) {
+      const ReportTexts texts = BuildReport(data.dir(), QString::fromUtf8(period), QString::fromUtf8(user),
+                                            QDate(2023, 2, 20), u"€"_s);
+      QCOMPARE(texts.dauer, QString::fromUtf8(dauer));
+      QCOMPARE(texts.sentences[sentence], QString::fromUtf8(text));
+    }
   }
 
   void piesCountEveryRecordOfTheMonth() {
@@ -96,27 +114,6 @@ class TestHistoryFigures : public QObject {
     QCOMPARE(pie.pie.size(), 21);
     QCOMPARE(pie.pie.last().name, u"Defekte Aufzeichnungen"_s);
     QCOMPARE(pie.pie.last().count, 2.0f);
-  }
-
-  void reportsSelectByPeriodAndUser() {
-    test::TempDataDir data;
-    WriteHistory(data);
-    const std::tuple<const char*, const char*, const char*, std::size_t, const char*> cases[] = {
-        // This month of every year; the record without a user is passed over.
-        {"Dieser Monat", "[Alle]", "01:13:40", 9, "Der aktivste Benutzer ist: Anna (3 Verbindungen)"},
-        {"Gesamt", "Bert", "00:00:10", 8,
-         "Der meistgenutzte Tarif lautet: Mobil - Flat.atl (1 Verbindungen)"},
-        {"Dieses Jahr", "[Alle]", "01:15:40", 1,
-         "Die durchschnittliche Verbindungsdauer liegt bei 19 Minuten."},
-        {"Letztes Jahr", "[Alle]", "00:00:00", 0,
-         "Eine Auswertung ist aufgrund unzureichender Daten nicht möglich."},
-    };
-    for (const auto& [period, user, dauer, sentence, text] : cases) {
-      const ReportTexts texts = BuildReport(data.dir(), QString::fromUtf8(period), QString::fromUtf8(user),
-                                            QDate(2023, 2, 20), u"€"_s);
-      QCOMPARE(texts.dauer, QString::fromUtf8(dauer));
-      QCOMPARE(texts.sentences[sentence], QString::fromUtf8(text));
-    }
   }
 };
 

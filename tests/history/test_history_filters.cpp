@@ -129,10 +129,8 @@ class TestHistoryFilters : public QObject {
         data.dir(), [](const QString&, const QDate&) { return true; }, [](const RecordFile&) {}, &cancel);
     QVERIFY(stopped.cancelled);
     QCOMPARE(stopped.read, 0);
-  }
 
-  void usersListStartsWithAll() {
-    test::TempDataDir data;
+    // The users' list starts with all of them.
     data.write(u"Benutzer/Anna.usr"_s, "");
     data.write(u"Benutzer/Bert.USR"_s, "");
     QCOMPARE(GetUsers(data.dir()), (QStringList{kAlle, "Anna", "Bert"}));

@@ -48,14 +48,6 @@ class TestReport : public QObject {
     }
   }
 
-  void noRecordsGiveTheShortTexts() {
-    const ReportTexts texts = ReportSentences({}, 31, u"[Alle]"_s, u"€"_s);
-    QCOMPARE(texts.sentences[0], u"Eine Auswertung ist aufgrund unzureichender Daten nicht möglich."_s);
-    QCOMPARE(texts.sentences[9], u"Der aktivste Benutzer ist nicht ermittelbar."_s);
-    QCOMPARE(texts.sentences[3], u"Die durchschnittlichen Verbindungskosten liegen bei 0,00 €."_s);
-    QCOMPARE(texts.dauer + ' ' + texts.kosten + ' ' + texts.transfer, u"00:00:00 0,00 € 0 KB"_s);
-  }
-
   void recordsAddUpToSentencesAndTotals() {
     ReportTotals totals;
     QVERIFY(AddToReport(totals, Record("07:59:00", "01:00:40", "1,50", "2500000")));
@@ -98,6 +90,13 @@ class TestReport : public QObject {
     const ReportTexts oneUser = ReportSentences(totals, 31, u"Anna"_s, u"€"_s);
     QCOMPARE(oneUser.sentences[9],
              u"Stellen Sie als Benutzer \"[Alle]\" ein um den aktivsten Benutzer zu ermitteln."_s);
+
+    // No records give the short none.
+    const ReportTexts none = ReportSentences({}, 31, u"[Alle]"_s, u"€"_s);
+    QCOMPARE(none.sentences[0], u"Eine Auswertung ist aufgrund unzureichender Daten nicht möglich."_s);
+    QCOMPARE(none.sentences[9], u"Der aktivste Benutzer ist nicht ermittelbar."_s);
+    QCOMPARE(none.sentences[3], u"Die durchschnittlichen Verbindungskosten liegen bei 0,00 €."_s);
+    QCOMPARE(none.dauer + ' ' + none.kosten + ' ' + none.transfer, u"00:00:00 0,00 € 0 KB"_s);
   }
 
   void classesChangeAboveTheirBounds() {

@@ -53,9 +53,8 @@ class TestRecords : public QObject {
     l.bytesIn = l.bytesOut = u"unbekannt"_s;
     l.bytesInOut = u"Byte"_s;  // too short to hold " Bytes"
     QCOMPARE(RecordPlainLines(l).mid(4, 4), (QList<QByteArray>{"0", "0", "0", "0"}));
-  }
 
-  void fileNameHoldsTheStart() {
+    // The file's name holds the start.
     for (const auto& [tag, time, name] : {std::tuple{"05032026", "9:04:07", "05032026-090407.con"},
                                           {"05032026", "9:04:07 PM", "05032026-210407.con"},
                                           {"05032026", "12:00:00 AM", "05032026-000000.con"},

@@ -47,9 +47,8 @@ class TestOnlineTexts : public QObject {
     QCOMPARE(ParseUpdateIndex(index, kBase, 0)->entries.first().address, u"http://h:1/tel/1/A - 1.atl"_s);
     QVERIFY(!ParseUpdateIndex("[0001]\r\n<tel/1/A - 1.atl|A - 1.atl>\r\n", kBase, 0));
     QVERIFY(!ParseUpdateIndex("<html>garbage</html>", kBase, 0));
-  }
 
-  void updateFileNamesStayInTheTariffFolder() {
+    // Update file names stay in the tariff folder.
     for (const char* good : {"A - B.atl", "A, b - C.ATL"}) {
       QVERIFY2(IsUpdateFileName(QString::fromUtf8(good)), good);
     }

@@ -21,9 +21,8 @@ class TestTariffCatalogue : public QObject {
     QCOMPARE(BereinigeBetrag(u"0,12"), u"0,12"_s);
     QCOMPARE(BereinigeBetrag(u"x"), u"0"_s);
     QCOMPARE(BereinigeGanzzahl(u"7,9 Uhr"), u"7"_s);
-  }
 
-  void zonesGoThroughTheListUnchanged() {
+    // Zones go through the list unchanged.
     const QString eintrag = ZonenEintrag(8, 18, BereinigeBetrag(u"0,12"), false);
     QCOMPARE(eintrag, u"Von: 08 Bis: 18 Kosten: 0,12 Werktag"_s);
     QCOMPARE(ZoneAusEintrag(eintrag), (Tarifzone{8, 18, 12.0f, false}));
