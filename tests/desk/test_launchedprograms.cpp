@@ -7,10 +7,10 @@
 #include "support/TestServices.h"
 
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -37,22 +37,22 @@ class TestLaunchedPrograms : public QObject {
  private slots:
   void listFileFollowsSameProgramsAndUsableNames() {
     AppState state;
-    QCOMPARE(ProgramListFile(state, QStringLiteral("Mobilfunk")), QStringLiteral("DialUp/Mobilfunk.prg"));
-    QCOMPARE(ProgramListFile(state, QStringLiteral("a/b")), QString());
+    QCOMPARE(ProgramListFile(state, u"Mobilfunk"_s), u"DialUp/Mobilfunk.prg"_s);
+    QCOMPARE(ProgramListFile(state, u"a/b"_s), QString());
     QCOMPARE(ProgramListFile(state, QString()), QString());
     state.SamePrograms = true;
-    QCOMPARE(ProgramListFile(state, QStringLiteral("a/b")), QStringLiteral("DialUp/General.prg"));
+    QCOMPARE(ProgramListFile(state, u"a/b"_s), u"DialUp/General.prg"_s);
   }
 
   void writingMakesConfigAndReadsBack() {
     test::TempDataDir data;
-    const QList<ProgramListEntry> list = {{QStringLiteral("/usr/bin/thunderbird"), true},
-                                          {QStringLiteral("/home/ich/Post holen.sh"), false}};
-    QVERIFY(WriteProgramList(data.dir(), QStringLiteral("DialUp/General.prg"), list));
-    QVERIFY(data.dir().DirExists(QStringLiteral("Config")));
-    QCOMPARE(data.read(QStringLiteral("DialUp/General.prg")),
+    const QList<ProgramListEntry> list = {{u"/usr/bin/thunderbird"_s, true},
+                                          {u"/home/ich/Post holen.sh"_s, false}};
+    QVERIFY(WriteProgramList(data.dir(), u"DialUp/General.prg"_s, list));
+    QVERIFY(data.dir().DirExists(u"Config"_s));
+    QCOMPARE(data.read(u"DialUp/General.prg"_s),
              QByteArray("/usr/bin/thunderbird\r\n 1 \r\n/home/ich/Post holen.sh\r\n 0 \r\n"));
-    const QList<ProgramListEntry> back = ReadProgramList(data.dir(), QStringLiteral("DialUp/General.prg"));
+    const QList<ProgramListEntry> back = ReadProgramList(data.dir(), u"DialUp/General.prg"_s);
     QCOMPARE(back.size(), 2);
     QCOMPARE(back[1].path, list[1].path);
     QVERIFY(back[0].checked && !back[1].checked);
@@ -61,79 +61,66 @@ class TestLaunchedPrograms : public QObject {
 
   void startsCheckedProgramsInOrderOnlyForOwnDials() {
     Setup s;
-    s.data.write(QStringLiteral("DialUp/Mobilfunk.prg"),
+    s.data.write(u"DialUp/Mobilfunk.prg"_s,
                  "/bin/eins\r\n1\r\n/bin/aus\r\n0\r\n/weg\r\n1\r\n"
                  "/bin/zwei\r\n1\r\n/bin/ohne Wert\r\n");
-    s.data.write(QStringLiteral("DialUp/General.prg"), "/bin/allgemein\r\n1\r\n");
-    s.launcher.missing = {QStringLiteral("/weg")};
+    s.data.write(u"DialUp/General.prg"_s, "/bin/allgemein\r\n1\r\n");
+    s.launcher.missing = {u"/weg"_s};
 
     // Detected by monitoring: nothing starts.
-    QCOMPARE(LaunchPrograms(s.services, QStringLiteral("Mobilfunk"), s.launcher), 0);
+    QCOMPARE(LaunchPrograms(s.services, u"Mobilfunk"_s, s.launcher), 0);
     QVERIFY(s.launcher.asked.isEmpty());
 
     s.state.DialedByProgram = true;
-    QCOMPARE(LaunchPrograms(s.services, QStringLiteral("Mobilfunk"), s.launcher), 2);
+    QCOMPARE(LaunchPrograms(s.services, u"Mobilfunk"_s, s.launcher), 2);
     QCOMPARE(s.launcher.asked, (QStringList{"/bin/eins", "/weg", "/bin/zwei"}));
 
     // The entry's own list is ignored, but kept, while the general list is in use.
     s.launcher.asked.clear();
     s.state.SamePrograms = true;
-    QCOMPARE(LaunchPrograms(s.services, QStringLiteral("Mobilfunk"), s.launcher), 1);
+    QCOMPARE(LaunchPrograms(s.services, u"Mobilfunk"_s, s.launcher), 1);
     QCOMPARE(s.launcher.asked, QStringList{"/bin/allgemein"});
-    QVERIFY(s.data.dir().FileExists(QStringLiteral("DialUp/Mobilfunk.prg")));
+    QVERIFY(s.data.dir().FileExists(u"DialUp/Mobilfunk.prg"_s));
 
     s.launcher.asked.clear();
     s.state.SamePrograms = false;
-    QCOMPARE(LaunchPrograms(s.services, QStringLiteral("unbekannt"), s.launcher), 0);
-    QCOMPARE(LaunchPrograms(s.services, QStringLiteral("../Config/Options"), s.launcher), 0);
+    QCOMPARE(LaunchPrograms(s.services, u"unbekannt"_s, s.launcher), 0);
+    QCOMPARE(LaunchPrograms(s.services, u"../Config/Options"_s, s.launcher), 0);
     QVERIFY(s.launcher.asked.isEmpty());
   }
 
-  void theDetachedLauncherRunsAProgramAndPassesOverAMissingOne() {
-    QTemporaryDir dir;
-    const QString marker = dir.filePath(QStringLiteral("gestartet"));
-    const QString script = dir.filePath(QStringLiteral("Post holen.sh"));
-    QFile file(script);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("#!/bin/sh\ntouch gestartet\n");
-    file.close();
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-
-    DetachedProgramLauncher launcher;
-    QVERIFY(!launcher.Start(dir.filePath(QStringLiteral("gibt es nicht"))));
-    QVERIFY(launcher.Start(script));
-    QTRY_VERIFY(QFile::exists(marker));  // ran in its own folder
-  }
-
-  void desktopEntriesStartTheirApplication() {
-    QTemporaryDir dir;
+  void theDetachedLauncherRunsProgramsAndDesktopEntries() {
+    test::TempDataDir dir;
     auto write = [&](const QString& name, const QByteArray& text) {
-      QFile file(dir.filePath(name));
-      if (file.open(QIODevice::WriteOnly)) {
-        file.write(text);
-      }
-      return dir.filePath(name);
+      dir.write(name, text);
+      return dir.path(name);
     };
+    // A script runs in its own folder; a missing program is passed over.
+    const QString script = write(u"Post holen.sh"_s, "#!/bin/sh\ntouch gestartet\n");
+    QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    DetachedProgramLauncher launcher;
+    QVERIFY(!launcher.Start(dir.path(u"gibt es nicht"_s)));
+    QVERIFY(launcher.Start(script));
+    QTRY_VERIFY(QFile::exists(dir.path(u"gestartet"_s)));
+
     // Quotes hold an argument together, placeholders for files go, %% and
     // the value escapes are kept as the desktop reads them.
-    const QString mail = write(QStringLiteral("mail.desktop"),
-                               "[Desktop Entry]\n# comment=no\nName=Post\nName[en]=Mail\nType=Application\n"
-                               "Exec=\"/opt/Mail Programm/bin/post\" --profile \"a \\\"b\\\"\" %U -n 100%% --title=%c\n"
-                               "[Desktop Action New]\nExec=falsch\n");
-    QCOMPARE(DesktopEntryCommand(mail),
-             (QStringList{"/opt/Mail Programm/bin/post", "--profile", "a \"b\"", "-n", "100%", "--title=Post"}));
-    QVERIFY(DesktopEntryCommand(write(QStringLiteral("link.desktop"),
-                                      "[Desktop Entry]\nType=Link\nURL=http://example.org\n"))
-                .isEmpty());
-    QVERIFY(DesktopEntryCommand(dir.filePath(QStringLiteral("fehlt.desktop"))).isEmpty());
+    const QString mail =
+        write(u"mail.desktop"_s,
+              "[Desktop Entry]\n# comment=no\nName=Post\nName[en]=Mail\nType=Application\n"
+              "Exec=\"/opt/Mail Programm/bin/post\" --profile \"a \\\"b\\\"\" %U -n 100%% --title=%c\n"
+              "[Desktop Action New]\nExec=falsch\n");
+    QCOMPARE(DesktopEntryCommand(mail), (QStringList{"/opt/Mail Programm/bin/post", "--profile", "a \"b\"",
+                                                     "-n", "100%", "--title=Post"}));
+    const QString link = write(u"link.desktop"_s, "[Desktop Entry]\nType=Link\nURL=http://example.org\n");
+    QVERIFY(DesktopEntryCommand(link).isEmpty() &&
+            DesktopEntryCommand(dir.path(u"fehlt.desktop"_s)).isEmpty());
+    QVERIFY(!launcher.Start(link));
 
-    const QString marker = dir.filePath(QStringLiteral("gestartet"));
-    const QString entry = write(QStringLiteral("Marker.DESKTOP"),
-                                "[Desktop Entry]\nType=Application\nExec=touch \"" + marker.toUtf8() + "\" %F\n");
-    DetachedProgramLauncher launcher;
-    QVERIFY(launcher.Start(entry));
+    const QString marker = dir.path(u"Marker"_s);
+    QVERIFY(launcher.Start(write(u"Marker.DESKTOP"_s, "[Desktop Entry]\nType=Application\nExec=touch \"" +
+                                                          marker.toUtf8() + "\" %F\n")));
     QTRY_VERIFY(QFile::exists(marker));
-    QVERIFY(!launcher.Start(dir.filePath(QStringLiteral("link.desktop"))));
   }
 };
 

@@ -8,6 +8,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -36,8 +37,7 @@ class TestConCheck : public QObject {
 
     // IP, TAPI, LAN on: the file lists IP, Internet state, LAN, TAPI.
     QVERIFY(WriteConCheck(data.dir(), Boxes(true, false, true, false, 10)));
-    QCOMPARE(data.read(QStringLiteral("Config/ConCheck.cfg")),
-             QByteArray(" 1 \r\n 0 \r\n 0 \r\n 1 \r\n 10 \r\n"));
+    QCOMPARE(data.read(u"Config/ConCheck.cfg"_s), QByteArray(" 1 \r\n 0 \r\n 0 \r\n 1 \r\n 10 \r\n"));
     QCOMPARE(ReadConCheckBoxes(data.dir()), Boxes(true, false, true, false, 10));
     AppState state;
     LoadConCheck(data.dir(), state);
@@ -45,22 +45,18 @@ class TestConCheck : public QObject {
     QCOMPARE(state.CheckInterval, 10);
 
     // What a failed start leaves behind, and garbage, give no method and 2 s.
-    data.write(QStringLiteral("Config/ConCheck.cfg"), "0\r\n0\r\n0\r\n0\r\n0\r\n");
+    data.write(u"Config/ConCheck.cfg"_s, "0\r\n0\r\n0\r\n0\r\n0\r\n");
     QCOMPARE(ReadConCheckBoxes(data.dir()), Boxes(false, false, false, false, 2));
-    data.write(QStringLiteral("Config/ConCheck.cfg"),
+    data.write(u"Config/ConCheck.cfg"_s,
                QByteArray("\xff\x00\x01\r\n2\r\nja\r\n\r\n99999999999999999999", 34));
     QCOMPARE(ReadConCheckBoxes(data.dir()), Boxes(false, false, false, false, 2));
-  }
 
-  void ignoredAddressesAsTyped() {
-    test::TempDataDir data;
+    // The ignored addresses are kept as typed.
     QCOMPARE(ReadIgnoredIPsLine(data.dir()), QString());
-    const QString typed = QStringLiteral("192.168.*.* ,  10.0.0.1,Müll");
+    const QString typed = u"192.168.*.* ,  10.0.0.1,Müll"_s;
     QVERIFY(WriteIgnoredIPsLine(data.dir(), typed));
-    QCOMPARE(data.read(QStringLiteral("Config/IgnoredIPs.cfg")),
-             QByteArray("192.168.*.* ,  10.0.0.1,M\xfcll\r\n"));
+    QCOMPARE(data.read(u"Config/IgnoredIPs.cfg"_s), QByteArray("192.168.*.* ,  10.0.0.1,M\xfcll\r\n"));
     QCOMPARE(ReadIgnoredIPsLine(data.dir()), typed);
-    AppState state;
     LoadConCheck(data.dir(), state);
     QCOMPARE(state.IgnoredIPTable, (QStringList{"192.168.*.*", "10.0.0.1", "Müll"}));
   }
@@ -100,13 +96,13 @@ class TestConCheck : public QObject {
     test::TempDataDir plain;
     PresetConCheck(plain.dir(), bus);
     QCOMPARE(ReadConCheckBoxes(plain.dir()), Boxes(true, false, false, false, 2));
-    QCOMPARE(ReadIgnoredIPsLine(plain.dir()), QStringLiteral("127.*.*.*"));
+    QCOMPARE(ReadIgnoredIPsLine(plain.dir()), u"127.*.*.*"_s);
 
     bus.names = {kNetworkManagerService};
     test::TempDataDir managed;
     PresetConCheck(managed.dir(), bus);
     QCOMPARE(ReadConCheckBoxes(managed.dir()), Boxes(false, true, false, false, 2));
-    QVERIFY(!managed.dir().FileExists(QStringLiteral("Config/IgnoredIPs.cfg")));
+    QVERIFY(!managed.dir().FileExists(u"Config/IgnoredIPs.cfg"_s));
     // What the user set is never preset again.
     PresetConCheck(plain.dir(), bus);
     QCOMPARE(ReadConCheckBoxes(plain.dir()), Boxes(true, false, false, false, 2));
@@ -123,8 +119,7 @@ class TestConCheck : public QObject {
     QCOMPARE(boxes, Boxes(false, true, false, false, 5));
     QVERIFY(!state.MethodIP && state.MethodIE && !state.MethodTAPI && !state.MethodLAN);
     QCOMPARE(state.CheckInterval, 5);
-    QCOMPARE(data.read(QStringLiteral("Config/ConCheck.cfg")),
-             QByteArray(" 0 \r\n 1 \r\n 0 \r\n 0 \r\n 5 \r\n"));
+    QCOMPARE(data.read(u"Config/ConCheck.cfg"_s), QByteArray(" 0 \r\n 1 \r\n 0 \r\n 0 \r\n 5 \r\n"));
     QCOMPARE(prompter.messages.size(), 1);
   }
 };

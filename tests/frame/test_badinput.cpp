@@ -22,6 +22,28 @@
 #include <sys/stat.h>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The settings a start reads, and the supervisor's user file.
+const char* const kSettingsFiles[] = {
+    "Config/Options.cfg", "Config/Monitoring.cfg",  "Config/ConCheck.cfg", "Config/IgnoredIPs.cfg", "Tax.dat",
+    "Note.dat",           "Benutzer/Supervisor.usr"};
+
+// A record's lines, enciphered.
+QByteArray Record(const QByteArray& duration) {
+  QByteArray bytes;
+  for (const QByteArray& field :
+       {QByteArray("S01.03.2026"), QByteArray("12:00:00"), duration, QByteArray("S0,50"), QByteArray("10"),
+        QByteArray("1000"), QByteArray("1000"), QByteArray("2000"), QByteArray("Stick"),
+        QByteArray("Mobil - Frei.tel"), QByteArray("Supervisor")}) {
+    bytes += EncryptField(field) + "\r\n";
+  }
+  return bytes;
+}
+
+}  // namespace
 
 // Damaged and hostile files fed to every reader of settings, users and
 // records. Nothing may crash or hang, and the fallbacks must hold. The suite
@@ -59,11 +81,10 @@ class TestBadInput : public QObject {
     test::TempDataDir data;
     test::RecordingPrompter prompter;
     for (const QByteArray& content : samples()) {
-      for (const char* name :
-           {"Config/Options.cfg", "Config/Monitoring.cfg", "Config/ConCheck.cfg", "Config/IgnoredIPs.cfg",
-            "Tax.dat", "Note.dat", "Benutzer/Supervisor.usr", "Benutzer/Supervisor.bdg"}) {
+      for (const char* name : kSettingsFiles) {
         data.write(QString::fromLatin1(name), content);
       }
+      data.write(u"Benutzer/Supervisor.bdg"_s, content);
       AppState state;
       LoadOptions(data.dir(), state);
       QVERIFY(!state.Waehrung.isEmpty());
@@ -74,54 +95,47 @@ class TestBadInput : public QObject {
       QVERIFY(ReadTax(data.dir(), prompter) <= 100);
       LoadNote(data.dir());
       QVERIFY(ReadUserFile(data.dir(), kSupervisor).has_value());
-      QVERIFY(ReadBudgetFile(data.dir(), QStringLiteral("Benutzer/Supervisor.bdg")).has_value());
+      QVERIFY(ReadBudgetFile(data.dir(), u"Benutzer/Supervisor.bdg"_s).has_value());
       // Damaged files are never replaced at start.
       CreateDefaultUser(data.dir());
-      QCOMPARE(data.read(QStringLiteral("Benutzer/Supervisor.usr")), content);
+      QCOMPARE(data.read(u"Benutzer/Supervisor.usr"_s), content);
     }
   }
 
   void pipesAndFoldersInPlaceOfSettings() {
     // Nothing waits for a writer that never comes.
     test::TempDataDir data;
-    const QStringList names = {"Config/Options.cfg",
-                               "Config/Monitoring.cfg",
-                               "Config/ConCheck.cfg",
-                               "Config/IgnoredIPs.cfg",
-                               "Tax.dat",
-                               "Note.dat",
-                               "Benutzer/Supervisor.usr"};
-    QVERIFY(data.dir().MakeDir(QStringLiteral("Config")) && data.dir().MakeDir(QStringLiteral("Benutzer")));
-    for (const QString& name : names) {
-      QVERIFY(::mkfifo(QFile::encodeName(data.path(name)).constData(), 0600) == 0);
+    QVERIFY(data.dir().MakeDir(u"Config"_s) && data.dir().MakeDir(u"Benutzer"_s));
+    for (const char* name : kSettingsFiles) {
+      QVERIFY(::mkfifo(QFile::encodeName(data.path(QString::fromLatin1(name))).constData(), 0600) == 0);
     }
-    QVERIFY(data.dir().MakeDir(QStringLiteral("Prerun/Netz - Volumen.dat")));
-    QCOMPARE(LoadPrerun(data.dir(), QStringLiteral("Netz - Volumen.tel")), 0.0f);
+    QVERIFY(data.dir().MakeDir(u"Prerun/Netz - Volumen.dat"_s));
+    QCOMPARE(LoadPrerun(data.dir(), u"Netz - Volumen.tel"_s), 0.0f);
     test::RecordingPrompter prompter;
     AppState state;
     LoadOptions(data.dir(), state);
     LoadMonitoring(data.dir(), state);
     LoadConCheck(data.dir(), state);
-    QVERIFY(!state.MonitoringOn && state.Waehrung == QStringLiteral("€") && state.CheckInterval == 2);
+    QVERIFY(!state.MonitoringOn && state.Waehrung == u"€"_s && state.CheckInterval == 2);
     QVERIFY(LoadNote(data.dir()).isEmpty() && !ReadUserFile(data.dir(), kSupervisor));
     ReadTax(data.dir(), prompter);
   }
 
   void clockTextsWithGarbage() {
-    QStringList texts = {QStringLiteral("99999999999999999999:00:00"),
-                         QStringLiteral("-9223372036854775808:59:59"),
-                         QStringLiteral("1e308:1e308:1e308"),
+    QStringList texts = {"99999999999999999999:00:00",
+                         "-9223372036854775808:59:59",
+                         "1e308:1e308:1e308",
                          QString(400, QLatin1Char('9')) + ":99:99",
-                         QStringLiteral("9223372036854775807"),
-                         QStringLiteral("::-:"),
-                         QStringLiteral("-"),
-                         QString()};
+                         "9223372036854775807",
+                         "::-:",
+                         "-",
+                         ""};
     for (const QByteArray& bytes : samples()) {
       texts.append(QString::fromLatin1(bytes.left(80)));
     }
-    static const QRegularExpression clock(QStringLiteral("^-?\\d{2,}:\\d\\d:\\d\\d$"));
+    static const QRegularExpression clock(u"^-?\\d{2,}:\\d\\d:\\d\\d$"_s);
     for (const QString& a : texts) {
-      for (const QString& b : {texts.first(), texts.at(1), a, QStringLiteral("00:00:01")}) {
+      for (const QString& b : {texts.first(), texts.at(1), a, u"00:00:01"_s}) {
         QVERIFY2(clock.match(ZeitDifferenz(a, b)).hasMatch(), qPrintable(a + " - " + b));
         const double percent = ZeitProzent(a, b);
         QVERIFY(!(percent < 0));
@@ -140,29 +154,20 @@ class TestBadInput : public QObject {
 
   void recordsWithGarbage() {
     test::TempDataDir data;
-    data.write(QStringLiteral("Tarife/Mobil - Frei.tel"), "Freiminuten:60\r\n");
-    data.write(QStringLiteral("Tarife/Netz - Volumen.tel"), "Volumengrenze:100\r\n");
-    const QString name = QStringLiteral("01032026-120000.con");
+    data.write(u"Tarife/Mobil - Frei.tel"_s, "Freiminuten:60\r\n");
+    data.write(u"Tarife/Netz - Volumen.tel"_s, "Volumengrenze:100\r\n");
+    const QString name = u"01032026-120000.con"_s;
     // Garbage, and a sound record cut off at every byte.
-    QByteArray whole;
-    for (const char* field : {"S01.03.2026", "12:00:00", "00:10:00", "S0,50", "10", "1000", "1000", "2000",
-                              "Stick", "Mobil - Frei.tel", "Supervisor"}) {
-      whole += EncryptField(field) + "\r\n";
-    }
+    const QByteArray whole = Record("00:10:00");
     QList<QByteArray> contents = samples();
     for (qsizetype size = 0; size <= whole.size(); ++size) {
       contents.append(whole.left(size));
     }
-    QByteArray huge;
-    for (const char* field : {"S01.03.2026", "12:00:00", "99999999999999999999:00:00", "S0,50", "10", "1",
-                              "1", "2", "Stick", "Mobil - Frei.tel", "Supervisor"}) {
-      huge += EncryptField(field) + "\r\n";
-    }
-    contents.append(huge);
+    contents.append(Record("99999999999999999999:00:00"));
     for (const QByteArray& content : contents) {
-      data.write(QStringLiteral("Verbindungen/") + name, content);
-      data.write(QStringLiteral("Verbindungen/x"), content);  // a name too short for a date
-      const auto fields = ReadRecordFields(data.path(QStringLiteral("Verbindungen/") + name));
+      data.write(u"Verbindungen/"_s + name, content);
+      data.write(u"Verbindungen/x"_s, content);  // a name too short for a date
+      const auto fields = ReadRecordFields(data.path(u"Verbindungen/"_s + name));
       QVERIFY(fields.has_value());
       QVERIFY(fields->size() <= (whole.startsWith(content) ? 11 : 12));
       // A record cut short before its fourth line names its user on the last.
@@ -171,8 +176,8 @@ class TestBadInput : public QObject {
         QCOMPARE(user, fields->isEmpty() ? QString() : QString::fromLatin1(fields->last()));
       }
       RecordCost(data.dir(), name);
-      ComputeFreeAllowance(data.dir(), QStringLiteral("Mobil - Frei.tel"), QDate(2026, 3, 5));
-      ComputeFreeAllowance(data.dir(), QStringLiteral("Netz - Volumen.tel"), QDate(2026, 3, 5));
+      ComputeFreeAllowance(data.dir(), u"Mobil - Frei.tel"_s, QDate(2026, 3, 5));
+      ComputeFreeAllowance(data.dir(), u"Netz - Volumen.tel"_s, QDate(2026, 3, 5));
     }
   }
 

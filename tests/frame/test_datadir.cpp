@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 class TestDataDir : public QObject {
   Q_OBJECT
@@ -17,38 +18,37 @@ class TestDataDir : public QObject {
  private slots:
   void namesAreFoundWhateverTheirCase() {
     test::TempDataDir data;
-    data.write(QStringLiteral("config/OPTIONS.cfg"), "1\r\n");
+    data.write(u"config/OPTIONS.cfg"_s, "1\r\n");
     const DataDir& dir = data.dir();
-    QVERIFY(dir.FileExists(QStringLiteral("\\Config\\Options.cfg")));
-    QVERIFY(dir.FileExists(QStringLiteral("Config/options.CFG")));
-    QVERIFY(dir.DirExists(QStringLiteral("CONFIG")));
-    QVERIFY(!dir.FileExists(QStringLiteral("Config")));
-    QVERIFY(!dir.DirExists(QStringLiteral("Config/Options.cfg")));
-    QVERIFY(!dir.FileExists(QStringLiteral("Config/Other.cfg")));
-    QCOMPARE(dir.Resolve(QStringLiteral("Config/Options.cfg")),
-             data.path(QStringLiteral("config/OPTIONS.cfg")));
+    QVERIFY(dir.FileExists(u"\\Config\\Options.cfg"_s));
+    QVERIFY(dir.FileExists(u"Config/options.CFG"_s));
+    QVERIFY(dir.DirExists(u"CONFIG"_s));
+    QVERIFY(!dir.FileExists(u"Config"_s));
+    QVERIFY(!dir.DirExists(u"Config/Options.cfg"_s));
+    QVERIFY(!dir.FileExists(u"Config/Other.cfg"_s));
+    QCOMPARE(dir.Resolve(u"Config/Options.cfg"_s), data.path(u"config/OPTIONS.cfg"_s));
     // A missing name keeps its spelling below the real folder.
-    QCOMPARE(dir.Resolve(QStringLiteral("Config/Neu.cfg")), data.path(QStringLiteral("config/Neu.cfg")));
+    QCOMPARE(dir.Resolve(u"Config/Neu.cfg"_s), data.path(u"config/Neu.cfg"_s));
 
     // Writing goes into the existing file and folder, not beside them.
-    QVERIFY(dir.WriteLines(QStringLiteral("Config/Options.cfg"), {"0"}));
-    QCOMPARE(data.read(QStringLiteral("config/OPTIONS.cfg")), QByteArray("0\r\n"));
+    QVERIFY(dir.WriteLines(u"Config/Options.cfg"_s, {"0"}));
+    QCOMPARE(data.read(u"config/OPTIONS.cfg"_s), QByteArray("0\r\n"));
     QCOMPARE(QDir(data.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"config"});
-    QVERIFY(dir.MakeDir(QStringLiteral("Config")));
+    QVERIFY(dir.MakeDir(u"Config"_s));
     QCOMPARE(QDir(data.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"config"});
   }
 
   void linesEndInCrLfAndReadersTakeLf() {
     test::TempDataDir data;
     const DataDir& dir = data.dir();
-    QVERIFY(!dir.ReadLines(QStringLiteral("none.txt")).has_value());
-    QVERIFY(dir.WriteLines(QStringLiteral("Neu/a.txt"), {"eins", "", "drei"}));
-    QCOMPARE(data.read(QStringLiteral("Neu/a.txt")), QByteArray("eins\r\n\r\ndrei\r\n"));
-    QCOMPARE(*dir.ReadLines(QStringLiteral("Neu/a.txt")), (QList<QByteArray>{"eins", "", "drei"}));
-    data.write(QStringLiteral("b.txt"), "eins\ndrei");
-    QCOMPARE(*dir.ReadLines(QStringLiteral("b.txt")), (QList<QByteArray>{"eins", "drei"}));
-    data.write(QStringLiteral("c.txt"), "");
-    QCOMPARE(dir.ReadLines(QStringLiteral("c.txt"))->size(), 0);
+    QVERIFY(!dir.ReadLines(u"none.txt"_s).has_value());
+    QVERIFY(dir.WriteLines(u"Neu/a.txt"_s, {"eins", "", "drei"}));
+    QCOMPARE(data.read(u"Neu/a.txt"_s), QByteArray("eins\r\n\r\ndrei\r\n"));
+    QCOMPARE(*dir.ReadLines(u"Neu/a.txt"_s), (QList<QByteArray>{"eins", "", "drei"}));
+    data.write(u"b.txt"_s, "eins\ndrei");
+    QCOMPARE(*dir.ReadLines(u"b.txt"_s), (QList<QByteArray>{"eins", "drei"}));
+    data.write(u"c.txt"_s, "");
+    QCOMPARE(dir.ReadLines(u"c.txt"_s)->size(), 0);
 
     // Cipher bytes and Windows-1252 text pass through unchanged.
     QByteArray all;
@@ -57,82 +57,77 @@ class TestDataDir : public QObject {
         all.append(static_cast<char>(b));
       }
     }
-    QVERIFY(dir.WriteLines(QStringLiteral("bytes.txt"), {all}));
-    QCOMPARE(dir.ReadLines(QStringLiteral("bytes.txt"))->first(), all);
+    QVERIFY(dir.WriteLines(u"bytes.txt"_s, {all}));
+    QCOMPARE(dir.ReadLines(u"bytes.txt"_s)->first(), all);
     QCOMPARE(ToAnsi(FromAnsi(all)), all);
-    QCOMPARE(FromAnsi("Geb\xfchr \x80"), QStringLiteral("Gebühr €"));
-    QCOMPARE(ToAnsi(QStringLiteral("\u4e2d")), QByteArray("?"));
+    QCOMPARE(FromAnsi("Geb\xfchr \x80"), u"Gebühr €"_s);
+    QCOMPARE(ToAnsi(u"\u4e2d"_s), QByteArray("?"));
   }
 
   void writingReplacesTheWholeFileAndLeavesNothingBeside() {
     test::TempDataDir data;
     const DataDir& dir = data.dir();
-    QVERIFY(dir.WriteLines(QStringLiteral("x.txt"), {"a", "b", "c"}));
-    QVERIFY(dir.WriteLines(QStringLiteral("x.txt"), {"z"}));
-    QCOMPARE(data.read(QStringLiteral("x.txt")), QByteArray("z\r\n"));
+    QVERIFY(dir.WriteLines(u"x.txt"_s, {"a", "b", "c"}));
+    QVERIFY(dir.WriteLines(u"x.txt"_s, {"z"}));
+    QCOMPARE(data.read(u"x.txt"_s), QByteArray("z\r\n"));
     QCOMPARE(QDir(data.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"x.txt"});
   }
 
   void listingMatchesPatternsWithoutCase() {
     test::TempDataDir data;
     for (const char* name : {"Foo - Bar.tel", "Foo Net - Bar.ATL", "Other - X.tel", "readme"}) {
-      data.write(QStringLiteral("Tarife/") + QString::fromLatin1(name), "x");
+      data.write(u"Tarife/"_s + QString::fromLatin1(name), "x");
     }
     const DataDir& dir = data.dir();
-    QCOMPARE(dir.ListFiles(QStringLiteral("tarife"), QStringLiteral("foo*.*")),
-             (QStringList{"Foo - Bar.tel", "Foo Net - Bar.ATL"}));
-    QCOMPARE(dir.ListFiles(QStringLiteral("Tarife"), QStringLiteral("*.atl")),
-             QStringList{"Foo Net - Bar.ATL"});
-    QCOMPARE(dir.ListFiles(QStringLiteral("Tarife")).size(), 4);
-    QVERIFY(dir.ListFiles(QStringLiteral("Missing")).isEmpty());
+    QCOMPARE(dir.ListFiles(u"tarife"_s, u"foo*.*"_s), (QStringList{"Foo - Bar.tel", "Foo Net - Bar.ATL"}));
+    QCOMPARE(dir.ListFiles(u"Tarife"_s, u"*.atl"_s), QStringList{"Foo Net - Bar.ATL"});
+    QCOMPARE(dir.ListFiles(u"Tarife"_s).size(), 4);
+    QVERIFY(dir.ListFiles(u"Missing"_s).isEmpty());
 
     // Only files count: a folder doesn't, a link to a file does, a dangling
     // link doesn't.
-    QVERIFY(QDir(data.path(QStringLiteral("Tarife"))).mkdir(QStringLiteral("Foo - Ordner.tel")));
-    QVERIFY(QFile::link(data.path(QStringLiteral("Tarife/Other - X.tel")),
-                        data.path(QStringLiteral("Tarife/Foo - Link.tel"))));
-    QVERIFY(QFile::link(data.path(QStringLiteral("Tarife/weg")),
-                        data.path(QStringLiteral("Tarife/Foo - Weg.tel"))));
-    QCOMPARE(dir.ListFiles(QStringLiteral("Tarife"), QStringLiteral("foo*")),
+    QVERIFY(QDir(data.path(u"Tarife"_s)).mkdir(u"Foo - Ordner.tel"_s));
+    QVERIFY(QFile::link(data.path(u"Tarife/Other - X.tel"_s), data.path(u"Tarife/Foo - Link.tel"_s)));
+    QVERIFY(QFile::link(data.path(u"Tarife/weg"_s), data.path(u"Tarife/Foo - Weg.tel"_s)));
+    QCOMPARE(dir.ListFiles(u"Tarife"_s, u"foo*"_s),
              (QStringList{"Foo - Bar.tel", "Foo - Link.tel", "Foo Net - Bar.ATL"}));
   }
 
   void shippedFilesAreOfferedOnceAndNeverOverwritten() {
     test::TempDataDir shipped;
-    shipped.write(QStringLiteral("Tarife/A - B.tel"), "neu");
-    shipped.write(QStringLiteral("Sounds/Standard.wav"), "RIFF");
-    shipped.write(QStringLiteral("Servers.dat"), "server");
+    shipped.write(u"Tarife/A - B.tel"_s, "neu");
+    shipped.write(u"Sounds/Standard.wav"_s, "RIFF");
+    shipped.write(u"Servers.dat"_s, "server");
     test::TempDataDir data;
-    data.write(QStringLiteral("tarife/a - b.TEL"), "vom Benutzer");
+    data.write(u"tarife/a - b.TEL"_s, "vom Benutzer");
     data.dir().CopyShippedFiles(shipped.path());
-    QCOMPARE(data.read(QStringLiteral("tarife/a - b.TEL")), QByteArray("vom Benutzer"));
-    QVERIFY(!QFile::exists(data.path(QStringLiteral("tarife/A - B.tel"))));
-    QCOMPARE(data.read(QStringLiteral("Sounds/Standard.wav")), QByteArray("RIFF"));
-    QCOMPARE(data.read(QStringLiteral("Servers.dat")), QByteArray("server"));
+    QCOMPARE(data.read(u"tarife/a - b.TEL"_s), QByteArray("vom Benutzer"));
+    QVERIFY(!QFile::exists(data.path(u"tarife/A - B.tel"_s)));
+    QCOMPARE(data.read(u"Sounds/Standard.wav"_s), QByteArray("RIFF"));
+    QCOMPARE(data.read(u"Servers.dat"_s), QByteArray("server"));
 
     // A shipped file the user deleted stays deleted; one that a later
     // version newly ships arrives.
-    QVERIFY(QFile::remove(data.path(QStringLiteral("Servers.dat"))));
-    shipped.write(QStringLiteral("Tarife/C - D.atl"), "neu");
+    QVERIFY(QFile::remove(data.path(u"Servers.dat"_s)));
+    shipped.write(u"Tarife/C - D.atl"_s, "neu");
     data.dir().CopyShippedFiles(shipped.path());
-    QVERIFY(!QFile::exists(data.path(QStringLiteral("Servers.dat"))));
-    QCOMPARE(data.read(QStringLiteral("tarife/C - D.atl")), QByteArray("neu"));
+    QVERIFY(!QFile::exists(data.path(u"Servers.dat"_s)));
+    QCOMPARE(data.read(u"tarife/C - D.atl"_s), QByteArray("neu"));
   }
 
   void locationOfTheDataDirectory() {
     test::TempDataDir exe;
-    qputenv("XDG_DATA_HOME", exe.path(QStringLiteral("xdg")).toUtf8());
-    QCOMPARE(DataDir::DefaultLocation(exe.path()), exe.path(QStringLiteral("xdg/minutor")));
+    qputenv("XDG_DATA_HOME", exe.path(u"xdg"_s).toUtf8());
+    QCOMPARE(DataDir::DefaultLocation(exe.path()), exe.path(u"xdg/minutor"_s));
     qputenv("XDG_DATA_HOME", "relative/ignored");
-    QCOMPARE(DataDir::DefaultLocation(exe.path()),
-             QDir::homePath() + QStringLiteral("/.local/share/minutor"));
-    exe.write(QStringLiteral("portable"), "");
+    QCOMPARE(DataDir::DefaultLocation(exe.path()), QDir::homePath() + u"/.local/share/minutor"_s);
+    exe.write(u"portable"_s, "");
     QCOMPARE(DataDir::DefaultLocation(exe.path()), exe.path());
-    QVERIFY(QFile::exists(DataDir::ShippedLocation(exe.path()) + QStringLiteral("/Tarife")));
+    QVERIFY(QFile::exists(DataDir::ShippedLocation(exe.path()) + u"/Tarife"_s));
   }
   void nothingLeaksNothingEscapesNothingBlocks() {
     test::TempDataDir home;
-    const DataDir dir(home.path(QStringLiteral("neu/minutor")));
+    const DataDir dir(home.path(u"neu/minutor"_s));
     QVERIFY(dir.MakeRoot() && dir.MakeRoot());
     auto mode = [&](const char* relative) {
       struct stat info {};
@@ -142,9 +137,8 @@ class TestDataDir : public QObject {
     QCOMPARE(mode(""), 0700u);
 
     // Passwords and credentials for this account only, whatever the old file allowed.
-    home.write(QStringLiteral("neu/minutor/Benutzer/Anna.usr"), "alt");
-    QVERIFY(::chmod(QFile::encodeName(dir.Resolve(QStringLiteral("Benutzer/Anna.usr"))).constData(), 0644) ==
-            0);
+    home.write(u"neu/minutor/Benutzer/Anna.usr"_s, "alt");
+    QVERIFY(::chmod(QFile::encodeName(dir.Resolve(u"Benutzer/Anna.usr"_s)).constData(), 0644) == 0);
     for (const char* name :
          {"Benutzer/Anna.usr", "Benutzer/Anna.bdg", "benutzer/Budget.dat", "DialUp/Netz.dat"}) {
       QVERIFY(dir.WriteLines(QString::fromLatin1(name), {"geheim"}));
@@ -159,27 +153,24 @@ class TestDataDir : public QObject {
       QVERIFY(!dir.MakeDir(path) && !dir.FileExists(path) && !dir.ReadLines(path) &&
               dir.ListFiles(path).isEmpty());
     }
-    QCOMPARE(QDir(home.path(QStringLiteral("neu"))).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+    QCOMPARE(QDir(home.path(u"neu"_s)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList{"minutor"});
 
     // A huge settings file is read only as far as settings go.
-    QVERIFY(dir.WriteBytes(QStringLiteral("Tax.dat"), QByteArray(1 << 20, '7')));
-    QCOMPARE(dir.ReadLines(QStringLiteral("Tax.dat"))->first().size(), DataDir::kSmallFileLimit);
+    QVERIFY(dir.WriteBytes(u"Tax.dat"_s, QByteArray(1 << 20, '7')));
+    QCOMPARE(dir.ReadLines(u"Tax.dat"_s)->first().size(), DataDir::kSmallFileLimit);
 
     // What a save that never finished leaves is passed over, and goes at the start.
     for (const char* name :
          {"Verbindungen/01032026-120000.con.aBcDeF", "Config/Options.cfg.Xy12Zw", "Note.dat.qwerty"}) {
-      home.write(QStringLiteral("neu/minutor/") + QString::fromLatin1(name), "halb");
+      home.write(u"neu/minutor/"_s + QString::fromLatin1(name), "halb");
     }
-    home.write(QStringLiteral("neu/minutor/Verbindungen/01032026-120000.con"), "ganz");
-    QCOMPARE(dir.ListFiles(QStringLiteral("Verbindungen")), QStringList{"01032026-120000.con"});
-    QCOMPARE(dir.ListFiles(QStringLiteral("Verbindungen"), QStringLiteral("*.*")),
-             QStringList{"01032026-120000.con"});
+    home.write(u"neu/minutor/Verbindungen/01032026-120000.con"_s, "ganz");
+    QCOMPARE(dir.ListFiles(u"Verbindungen"_s), QStringList{"01032026-120000.con"});
+    QCOMPARE(dir.ListFiles(u"Verbindungen"_s, u"*.*"_s), QStringList{"01032026-120000.con"});
     dir.RemoveSaveLeftovers();
-    QCOMPARE(QDir(dir.Resolve(QStringLiteral("Verbindungen"))).entryList(QDir::Files),
-             QStringList{"01032026-120000.con"});
-    QVERIFY(!dir.FileExists(QStringLiteral("Config/Options.cfg.Xy12Zw")) &&
-            !dir.FileExists(QStringLiteral("Note.dat.qwerty")));
+    QCOMPARE(QDir(dir.Resolve(u"Verbindungen"_s)).entryList(QDir::Files), QStringList{"01032026-120000.con"});
+    QVERIFY(!dir.FileExists(u"Config/Options.cfg.Xy12Zw"_s) && !dir.FileExists(u"Note.dat.qwerty"_s));
     QVERIFY(!IsSaveLeftover(u"Anbieter - Tarif 1.5.tel") && !IsSaveLeftover(u".hidden.abcdef"));
   }
 };

@@ -15,6 +15,7 @@
 #include <sys/stat.h>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 class TestStartUp : public QObject {
   Q_OBJECT
@@ -34,10 +35,10 @@ class TestStartUp : public QObject {
     test::TempDataDir data;
     CreateDefaultUser(data.dir());
     QCOMPARE(allFiles(data), (QStringList{"Benutzer/Supervisor.bdg", "Benutzer/Supervisor.usr"}));
-    QCOMPARE(data.read(QStringLiteral("Benutzer/Supervisor.bdg")),
+    QCOMPARE(data.read(u"Benutzer/Supervisor.bdg"_s),
              QByteArray(" 0 \r\n 0 \r\n 0 \r\n1.1.2002\r\n31.1.2002\r\n"));
 
-    const QList<QByteArray> lines = data.read(QStringLiteral("Benutzer/Supervisor.usr")).split('\n');
+    const QList<QByteArray> lines = data.read(u"Benutzer/Supervisor.usr"_s).split('\n');
     QCOMPARE(lines.size(), 12);  // eleven lines, each ended
     QList<QByteArray> plain;
     for (const QByteArray& line : lines.mid(0, 11)) {
@@ -45,20 +46,19 @@ class TestStartUp : public QObject {
     }
     QCOMPARE(plain, (QList<QByteArray>{"0", "0", "0", "0", "0", "0", "0", "60", "", "0", "600"}));
     QCOMPARE(lines.at(8), QByteArray("\r"));  // no password: a truly empty line
-  }
 
-  void existingUserFilesAreLeftAlone() {
-    test::TempDataDir data;
+    // Existing user files, whatever their case, are left alone.
+    test::TempDataDir existing;
     UserFile restricted;
     restricted.noListEdit = true;
     restricted.password = "geheim";
-    QVERIFY(WriteUserFile(data.dir(), QStringLiteral("supervisor"), restricted));
-    data.write(QStringLiteral("Benutzer/SUPERVISOR.BDG"), "5\r\n");
-    const QByteArray usr = data.read(QStringLiteral("Benutzer/supervisor.usr"));
-    CreateDefaultUser(data.dir());
-    QCOMPARE(allFiles(data), (QStringList{"Benutzer/SUPERVISOR.BDG", "Benutzer/supervisor.usr"}));
-    QCOMPARE(data.read(QStringLiteral("Benutzer/supervisor.usr")), usr);
-    QCOMPARE(data.read(QStringLiteral("Benutzer/SUPERVISOR.BDG")), QByteArray("5\r\n"));
+    QVERIFY(WriteUserFile(existing.dir(), u"supervisor"_s, restricted));
+    existing.write(u"Benutzer/SUPERVISOR.BDG"_s, "5\r\n");
+    const QByteArray usr = existing.read(u"Benutzer/supervisor.usr"_s);
+    CreateDefaultUser(existing.dir());
+    QCOMPARE(allFiles(existing), (QStringList{"Benutzer/SUPERVISOR.BDG", "Benutzer/supervisor.usr"}));
+    QCOMPARE(existing.read(u"Benutzer/supervisor.usr"_s), usr);
+    QCOMPARE(existing.read(u"Benutzer/SUPERVISOR.BDG"_s), QByteArray("5\r\n"));
   }
 
   void settingsFiles() {
@@ -72,53 +72,49 @@ class TestStartUp : public QObject {
     QVERIFY(state.MonitoringOn && state.MethodIE && !state.MethodIP && !state.MethodLAN && !state.MethodTAPI);
     QCOMPARE(state.CheckInterval, 2);
     QCOMPARE(state.IgnoredIPTable, QStringList{QString()});
-    QCOMPARE(state.Waehrung, QStringLiteral("€"));
+    QCOMPARE(state.Waehrung, u"€"_s);
     QVERIFY(!state.HideToTray && !state.StartMinimized && !state.SamePrograms && !state.OnlyMarkedEntries);
 
     const QList<QPair<QByteArray, bool>> cases = {
         {" 1 \r\n", true}, {"0\r\n", false}, {"", false}, {"ja\r\n", false}};
     for (const auto& [content, on] : cases) {
-      data.write(QStringLiteral("Config/Monitoring.cfg"), content);
+      data.write(u"Config/Monitoring.cfg"_s, content);
       LoadMonitoring(data.dir(), state);
       QVERIFY2(state.MonitoringOn == on, content.constData());
     }
 
     // Just past the longest interval; a trailing comma leaves an empty entry.
-    data.write(QStringLiteral("Config/ConCheck.cfg"), " 1 \r\n 0 \r\n 1 \r\n 1 \r\n 11 \r\n");
-    data.write(QStringLiteral("Config/IgnoredIPs.cfg"), "192.168.*.*, 10.0.0.1 ,\r\n");
+    data.write(u"Config/ConCheck.cfg"_s, " 1 \r\n 0 \r\n 1 \r\n 1 \r\n 11 \r\n");
+    data.write(u"Config/IgnoredIPs.cfg"_s, "192.168.*.*, 10.0.0.1 ,\r\n");
     LoadConCheck(data.dir(), state);
     QVERIFY(state.MethodIP && !state.MethodIE && state.MethodLAN && state.MethodTAPI);
     QCOMPARE(state.CheckInterval, 2);
     QCOMPARE(state.IgnoredIPTable, (QStringList{"192.168.*.*", "10.0.0.1", ""}));
 
-    data.write(QStringLiteral("Config/Options.cfg"), " 3 \r\n 1 \r\n 1 \r\n 1 \r\n 1 \r\n 1 \r\n");
+    // A short options file leaves the missing lines off.
+    state.StartMinimized = state.OnlyMarkedEntries = true;
+    data.write(u"Config/Options.cfg"_s, "11\r\n0\r\n1\r\n");
     LoadOptions(data.dir(), state);
-    QCOMPARE(state.Waehrung, QStringLiteral("£"));
-    QVERIFY(state.HideToTray && state.StartMinimized && state.SamePrograms && state.OnlyMarkedEntries);
-
-    // A short file leaves the missing lines off.
-    data.write(QStringLiteral("Config/Options.cfg"), "11\r\n0\r\n1\r\n");
-    LoadOptions(data.dir(), state);
-    QCOMPARE(state.Waehrung, QStringLiteral("chK"));
+    QCOMPARE(state.Waehrung, u"chK"_s);
     QVERIFY(state.HideToTray && !state.StartMinimized && !state.OnlyMarkedEntries);
 
-    QVERIFY(CurrencySign(12) == QStringLiteral("€") && CurrencySign(-1) == QStringLiteral("€"));
+    QVERIFY(CurrencySign(12) == u"€"_s && CurrencySign(-1) == u"€"_s);
   }
 
   void startStepsOnAnEmptyDirectory() {
     test::TempDataDir shipped;
-    shipped.write(QStringLiteral("Tarife/A - B.tel"), "[Providerdaten]\r\n");
-    shipped.write(QStringLiteral("Servers.dat"), "http://example.invalid\r\n");
+    shipped.write(u"Tarife/A - B.tel"_s, "[Providerdaten]\r\n");
+    shipped.write(u"Servers.dat"_s, "http://example.invalid\r\n");
     test::TempDataDir data;
-    data.write(QStringLiteral("Verbindungen/01032026-120000.con.AbCdEf"), "a save cut short");
+    data.write(u"Verbindungen/01032026-120000.con.AbCdEf"_s, "a save cut short");
     AppState state;
-    state.Restfrei = QStringLiteral("01:00:00");
+    state.Restfrei = u"01:00:00"_s;
     RunStartSteps(data.dir(), shipped.path(), state);
     QCOMPARE(allFiles(data), (QStringList{"Benutzer/Supervisor.bdg", "Benutzer/Supervisor.usr",
                                           "Config/Shipped.cfg", "Servers.dat", "Tarife/A - B.tel"}));
     QVERIFY(state.MonitoringOn);
-    QCOMPARE(state.Restfrei, QStringLiteral("-"));
-    QCOMPARE(state.Waehrung, QStringLiteral("€"));
+    QCOMPARE(state.Restfrei, u"-"_s);
+    QCOMPARE(state.Waehrung, u"€"_s);
   }
 
   void oneInstancePerDataDirectory() {
@@ -132,7 +128,7 @@ class TestStartUp : public QObject {
     const QByteArray oldRuntime = qgetenv("XDG_RUNTIME_DIR");
     const auto restore = qScopeGuard([&] { qputenv("XDG_RUNTIME_DIR", oldRuntime); });
     QVERIFY(QFile::setPermissions(other.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-    const QString shared = other.path(QStringLiteral("shared"));
+    const QString shared = other.path(u"shared"_s);
     QVERIFY(QDir().mkdir(shared) && ::chmod(QFile::encodeName(shared).constData(), 01777) == 0);
     for (const auto& [runtime, folder] : {std::pair{QByteArray(), data.path()},
                                           {"relative", data.path()},

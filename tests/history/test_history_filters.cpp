@@ -9,123 +9,99 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 class TestHistoryFilters : public QObject {
   Q_OBJECT
 
  private slots:
   void recordFileDates() {
-    QCOMPARE(GetRecordFileDate(QStringLiteral("05032026-090407.con")), QDate(2026, 3, 5));
-    QCOMPARE(GetRecordFileDate(QStringLiteral("0503202-090407.con")), QDate(202, 3, 5));
-    QVERIFY(!GetRecordFileDate(QStringLiteral("31022026-090407.con")).isValid());
-    QVERIFY(!GetRecordFileDate(QStringLiteral("2026-03-05.con")).isValid());
-    QVERIFY(!GetRecordFileDate(QStringLiteral("notes.con")).isValid());
+    QCOMPARE(GetRecordFileDate(u"05032026-090407.con"_s), QDate(2026, 3, 5));
+    QCOMPARE(GetRecordFileDate(u"0503202-090407.con"_s), QDate(202, 3, 5));
+    for (const char* bad : {"31022026-090407.con", "2026-03-05.con", "notes.con"}) {
+      QVERIFY2(!GetRecordFileDate(QString::fromLatin1(bad)).isValid(), bad);
+    }
     QCOMPARE(BuildDate(2026, 3, 0), QDate(2026, 2, 28));
     QCOMPARE(BuildDate(2026, 0, 15), QDate(2025, 12, 15));
     QCOMPARE(BuildDate(2026, 4, 31), QDate(2026, 5, 1));
     QCOMPARE(BuildDate(2026, 1, -1), QDate(2025, 12, 30));
   }
 
-  void periods_data() {
-    QTest::addColumn<QString>("item");
-    QTest::addColumn<QDate>("today");
-    QTest::addColumn<QDate>("date");
-    QTest::addColumn<bool>("passes");
-    const QDate may(2026, 5, 20);
-    QTest::newRow("Gesamt takes a foreign name") << "Gesamt" << may << QDate() << true;
-    QTest::newRow("Heute") << "Heute" << may << may << true;
-    QTest::newRow("Heute not yesterday") << "Heute" << may << QDate(2026, 5, 19) << false;
-    QTest::newRow("Gestern over the month") << "Gestern" << QDate(2026, 3, 1) << QDate(2026, 2, 28) << true;
-    QTest::newRow("Vorgestern over the year")
-        << "Vorgestern" << QDate(2026, 1, 1) << QDate(2025, 12, 30) << true;
-    QTest::newRow("Dieser Monat asks the year") << "Dieser Monat" << may << QDate(2025, 5, 3) << false;
-    QTest::newRow("Letzter Monat any year") << "Letzter Monat" << may << QDate(2019, 4, 3) << true;
-    QTest::newRow("Letzter Monat in January")
-        << "Letzter Monat" << QDate(2026, 1, 10) << QDate(2025, 12, 3) << true;
-    QTest::newRow("Letzter Monat on 31 March is March")
-        << "Letzter Monat" << QDate(2026, 3, 31) << QDate(2026, 3, 2) << true;
-    QTest::newRow("Letzter Monat on 31 March not Feb")
-        << "Letzter Monat" << QDate(2026, 3, 31) << QDate(2026, 2, 2) << false;
-    QTest::newRow("Vorletzter Monat")
-        << "Vorletzter Monat" << QDate(2026, 2, 10) << QDate(2024, 12, 24) << true;
-    QTest::newRow("Dieses Jahr") << "Dieses Jahr" << may << QDate(2026, 12, 31) << true;
-    QTest::newRow("Letztes Jahr") << "Letztes Jahr" << QDate(2024, 2, 29) << QDate(2023, 1, 1) << true;
-    QTest::newRow("Letztes Jahr not this") << "Letztes Jahr" << may << may << false;
-    QTest::newRow("Definiert inside") << "Definiert" << may << QDate(2026, 1, 31) << true;
-    QTest::newRow("Definiert after") << "Definiert" << may << QDate(2026, 2, 1) << false;
-    QTest::newRow("unknown item") << "Irgendwann" << may << may << false;
-  }
-
   void periods() {
-    QFETCH(QString, item);
-    QFETCH(QDate, today);
-    QFETCH(QDate, date);
-    QFETCH(bool, passes);
     test::TempDataDir data;
-    QVERIFY(WritePeriodFile(data.dir(), QStringLiteral("01.01.2026"), QStringLiteral("31.01.2026")));
-    QCOMPARE(MakeListPeriod(data.dir(), item, today).Passes(date), passes);
-  }
-
-  void customPeriodWithoutDatesAdmitsNothing() {
-    test::TempDataDir data;
-    const QDate today(2026, 5, 20);
-    QVERIFY(!MakeListPeriod(data.dir(), QStringLiteral("Definiert"), today).Passes(today));
-    data.write(QStringLiteral("Config/Period.cfg"), "gestern\r\n");
-    QVERIFY(!MakeListPeriod(data.dir(), QStringLiteral("Definiert"), today).Passes(today));
-  }
-
-  void providerTariffAndUser_data() {
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QString>("provider");
-    QTest::addColumn<QString>("tariff");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<bool>("matches");
-    const QString all = kAlle;
-    const QString file = QStringLiteral("Funkwelle - Tag und Nacht.tel");
-    QTest::newRow("all") << all << all << all << file << true;
-    QTest::newRow("tariff ignored under all providers") << all << all << "M - Anders" << file << true;
-    QTest::newRow("provider") << all << "Funkwelle" << all << file << true;
-    QTest::newRow("other provider") << all << "Funk" << all << file << false;
-    QTest::newRow("tariff") << all << "Funkwelle"
-                            << "M - Tag und Nacht" << file << true;
-    QTest::newRow("tariff of the other kind") << all << "Funkwelle"
-                                              << "A - Tag und Nacht" << file << false;
-    QTest::newRow("fetched tariff, upper case") << all << "Funkwelle"
-                                                << "A - Tag und Nacht"
-                                                << "Funkwelle - Tag und Nacht.ATL" << true;
-    QTest::newRow("provider with a dash never matches")
-        << all << "Funk-Welle" << all << "Funk-Welle - Nacht.tel" << false;
-    QTest::newRow("no dash") << all << "Funkwelle" << all << "Funkwelle.tel" << false;
-    QTest::newRow("user exact") << "Anna" << all << all << file << true;
-    QTest::newRow("user case differs") << "anna" << all << all << file << false;
-    QTest::newRow("no tariff") << all << all << all << QString() << false;
+    QVERIFY(WritePeriodFile(data.dir(), u"01.01.2026"_s, u"31.01.2026"_s));
+    const QDate may(2026, 5, 20);
+    const std::tuple<const char*, QDate, QDate, bool> cases[] = {
+        {"Gesamt", may, QDate(), true},  // takes a name without a date
+        {"Heute", may, may, true},
+        {"Heute", may, QDate(2026, 5, 19), false},
+        {"Gestern", QDate(2026, 3, 1), QDate(2026, 2, 28), true},
+        {"Vorgestern", QDate(2026, 1, 1), QDate(2025, 12, 30), true},
+        {"Dieser Monat", may, QDate(2025, 5, 3), false},  // asks the year
+        {"Letzter Monat", may, QDate(2019, 4, 3), true},  // any year
+        {"Letzter Monat", QDate(2026, 1, 10), QDate(2025, 12, 3), true},
+        {"Letzter Monat", QDate(2026, 3, 31), QDate(2026, 3, 2), true},  // 31 February is March
+        {"Letzter Monat", QDate(2026, 3, 31), QDate(2026, 2, 2), false},
+        {"Vorletzter Monat", QDate(2026, 2, 10), QDate(2024, 12, 24), true},
+        {"Dieses Jahr", may, QDate(2026, 12, 31), true},
+        {"Letztes Jahr", QDate(2024, 2, 29), QDate(2023, 1, 1), true},
+        {"Letztes Jahr", may, may, false},
+        {"Definiert", may, QDate(2026, 1, 31), true},
+        {"Definiert", may, QDate(2026, 2, 1), false},
+        {"Irgendwann", may, may, false},
+    };
+    for (const auto& [item, today, date, passes] : cases) {
+      QVERIFY2(MakeListPeriod(data.dir(), QString::fromUtf8(item), today).Passes(date) == passes,
+               qPrintable(QString::fromUtf8(item) + date.toString(Qt::ISODate)));
+    }
+    // A custom period without its dates admits nothing.
+    test::TempDataDir empty;
+    QVERIFY(!MakeListPeriod(empty.dir(), u"Definiert"_s, may).Passes(may));
+    empty.write(u"Config/Period.cfg"_s, "gestern\r\n");
+    QVERIFY(!MakeListPeriod(empty.dir(), u"Definiert"_s, may).Passes(may));
   }
 
   void providerTariffAndUser() {
-    QFETCH(QString, user);
-    QFETCH(QString, provider);
-    QFETCH(QString, tariff);
-    QFETCH(QString, file);
-    QFETCH(bool, matches);
-    RecordFilter filter{user, provider, tariff};
-    QCOMPARE(RecordMatches(filter, file, QStringLiteral("Anna")), matches);
-    filter.userCase = Qt::CaseInsensitive;
-    QCOMPARE(RecordMatches(filter, file, QStringLiteral("ANNA")), matches || (user == QLatin1String("anna")));
+    const char* all = "[Alle]";
+    const char* file = "Funkwelle - Tag und Nacht.tel";
+    const std::tuple<const char*, const char*, const char*, const char*, bool> cases[] = {
+        {all, all, all, file, true},
+        {all, all, "M - Anders", file, true},  // the tariff is ignored under all providers
+        {all, "Funkwelle", all, file, true},
+        {all, "Funk", all, file, false},
+        {all, "Funkwelle", "M - Tag und Nacht", file, true},
+        {all, "Funkwelle", "A - Tag und Nacht", file, false},  // the other kind
+        {all, "Funkwelle", "A - Tag und Nacht", "Funkwelle - Tag und Nacht.ATL", true},
+        {all, "Funk-Welle", all, "Funk-Welle - Nacht.tel", false},  // a provider with a dash never matches
+        {all, "Funkwelle", all, "Funkwelle.tel", false},
+        {"Anna", all, all, file, true},
+        {"anna", all, all, file, false},
+        {all, all, all, "", false},
+    };
+    QCOMPARE(kAlle, QString::fromLatin1(all));
+    for (const auto& [user, provider, tariff, file, matches] : cases) {
+      RecordFilter filter{QString::fromLatin1(user), QString::fromLatin1(provider),
+                          QString::fromLatin1(tariff)};
+      const QString name = QString::fromLatin1(file);
+      QVERIFY2(RecordMatches(filter, name, u"Anna"_s) == matches, file);
+      filter.userCase = Qt::CaseInsensitive;
+      QVERIFY2(RecordMatches(filter, name, u"ANNA"_s) == (matches || filter.user == "anna"), file);
+    }
   }
 
   void walkReadsOnlyWantedRecordsAndCanStop() {
     test::TempDataDir data;
-    test::WriteRecord(data, QStringLiteral("01052026-100000.con"),
+    test::WriteRecord(data, u"01052026-100000.con"_s,
                       test::RecordLines("01.05.2026", "10:00:00", "0:01:00", "1,00"));
-    test::WriteRecord(data, QStringLiteral("02052026-100000.con"),
+    test::WriteRecord(data, u"02052026-100000.con"_s,
                       test::RecordLines("02.05.2026", "10:00:00", "0:02:00", "2,00"));
-    test::WriteRecord(data, QStringLiteral("01042026-100000.con"),
+    test::WriteRecord(data, u"01042026-100000.con"_s,
                       test::RecordLines("01.04.2026", "10:00:00", "0:03:00", "3,00"));
-    data.write(QStringLiteral("Verbindungen/notes.txt"), "x");
-    data.write(QStringLiteral("Verbindungen/03052026-100000.con"), "");
-    QFile::setPermissions(data.path(QStringLiteral("Verbindungen/03052026-100000.con")), {});
+    data.write(u"Verbindungen/notes.txt"_s, "x");
+    data.write(u"Verbindungen/03052026-100000.con"_s, "");
+    QFile::setPermissions(data.path(u"Verbindungen/03052026-100000.con"_s), {});
     const bool unreadable =
-        !QFile(data.path(QStringLiteral("Verbindungen/03052026-100000.con"))).open(QIODevice::ReadOnly);
+        !QFile(data.path(u"Verbindungen/03052026-100000.con"_s)).open(QIODevice::ReadOnly);
 
     QStringList seen;
     QStringList durations;
@@ -159,11 +135,11 @@ class TestHistoryFilters : public QObject {
     QStringList names;
     for (int i = 0; i < 700; ++i) {
       const QDate date = QDate(2020, 1, 1).addDays(i * 37 % 2000);
-      const QString time = QStringLiteral("%1:00:00").arg(i % 24, 2, 10, QLatin1Char('0'));
-      names.append(date.toString(QStringLiteral("ddMMyyyy")) + QLatin1Char('-') +
-                   QString(time).remove(QLatin1Char(':')) + QStringLiteral(".con"));
+      const QString time = u"%1:00:00"_s.arg(i % 24, 2, 10, QLatin1Char('0'));
+      names.append(date.toString(u"ddMMyyyy"_s) + QLatin1Char('-') +
+                   QString(time).remove(QLatin1Char(':')) + u".con"_s);
       test::WriteRecord(data, names.last(),
-                        test::RecordLines(date.toString(QStringLiteral("dd.MM.yyyy")).toLatin1(), time.toLatin1(),
+                        test::RecordLines(date.toString(u"dd.MM.yyyy"_s).toLatin1(), time.toLatin1(),
                                           "0:01:00", "1,00"));
     }
     QStringList handed;
@@ -185,12 +161,10 @@ class TestHistoryFilters : public QObject {
     std::sort(names.begin(), names.end());
     QCOMPARE(whole.read, 700);
     QCOMPARE(handed, names);
-  }
 
-  void usersListStartsWithAll() {
-    test::TempDataDir data;
-    data.write(QStringLiteral("Benutzer/Anna.usr"), "");
-    data.write(QStringLiteral("Benutzer/Bert.USR"), "");
+    // The users' list starts with all of them.
+    data.write(u"Benutzer/Anna.usr"_s, "");
+    data.write(u"Benutzer/Bert.USR"_s, "");
     QCOMPARE(GetUsers(data.dir()), (QStringList{kAlle, "Anna", "Bert"}));
   }
 };

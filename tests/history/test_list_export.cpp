@@ -14,6 +14,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,24 +26,23 @@ const QDate kToday(2026, 5, 20);
 QList<ListRow> FixedRows(const test::TempDataDir& data) {
   using test::RecordLines;
   test::WriteRecord(data, "20052026-090000.con", RecordLines("20.05.2026", "09:00:00", "1:30:45", "1,25"));
-  QList<QByteArray> long_ = RecordLines(
-      "20.05.2026", "18:00:00", "0:40:30", "10",
-      ToAnsi(QStringLiteral("Funkwelle - Tag und Nacht mit Überlänge im Namen.atl")), "Bert", "2500000");
-  long_[11] =
-      ToAnsi(QStringLiteral("Urlaub in Köln, ein Kommentar, der länger ist als jede Spalte der Tabelle"));
+  QList<QByteArray> long_ =
+      RecordLines("20.05.2026", "18:00:00", "0:40:30", "10",
+                  ToAnsi(u"Funkwelle - Tag und Nacht mit Überlänge im Namen.atl"_s), "Bert", "2500000");
+  long_[11] = ToAnsi(u"Urlaub in Köln, ein Kommentar, der länger ist als jede Spalte der Tabelle"_s);
   test::WriteRecord(data, "20052026-180000.con", long_);
   test::WriteRecord(data, "03042026-120000.con",
                     RecordLines("03.04.2026", "12:00:00", "0:00:15", "9,5", "Netzwerk - Flat.tel"));
   ListQuery query;
-  query.period = MakeListPeriod(data.dir(), QStringLiteral("Gesamt"), kToday);
-  query.waehrung = QStringLiteral("€");
+  query.period = MakeListPeriod(data.dir(), u"Gesamt"_s, kToday);
+  query.waehrung = u"€"_s;
   ListResult result = GetConnections(data.dir(), query);
   SortRows(result.rows, SortByHeader(kColumnDatum));
   return result.rows;
 }
 
 QByteArray Expected(const QString& name) {
-  QFile file(qEnvironmentVariable("MINUTOR_SOURCE_DIR") + QStringLiteral("/tests/history/expected/") + name);
+  QFile file(qEnvironmentVariable("MINUTOR_SOURCE_DIR") + u"/tests/history/expected/"_s + name);
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
@@ -64,19 +64,19 @@ class TestListExport : public QObject {
     test::TempDataDir data;
     const QList<ListRow> rows = FixedRows(data);
     RecordFilter filter;
-    filter.provider = QStringLiteral("Funkwelle");
-    const QString html = data.path(QStringLiteral("liste.htm"));
+    filter.provider = u"Funkwelle"_s;
+    const QString html = data.path(u"liste.htm"_s);
     QVERIFY(
         WriteExportFile(html, ExportHtmlLines(rows, BuildListTitle(data.dir(), "Dieser Monat", kToday),
                                               filter, {ExportChartPath(html, 1), ExportChartPath(html, 2)})));
-    QCOMPARE(data.read(QStringLiteral("liste.htm")), Expected(QStringLiteral("liste.htm")));
-    QVERIFY(WriteExportFile(data.path(QStringLiteral("liste.txt")), ExportTextLines(rows)));
-    QCOMPARE(data.read(QStringLiteral("liste.txt")), Expected(QStringLiteral("liste.txt")));
+    QCOMPARE(data.read(u"liste.htm"_s), Expected(u"liste.htm"_s));
+    QVERIFY(WriteExportFile(data.path(u"liste.txt"_s), ExportTextLines(rows)));
+    QCOMPARE(data.read(u"liste.txt"_s), Expected(u"liste.txt"_s));
 
     // Without charts and with every provider, the tariff is left out of the
     // filter line; 500 rows still make twelve body cells.
     const QList<ListRow> many(500, rows.first());
-    const QByteArray plain = Joined(ExportHtmlLines(many, QStringLiteral("x"), RecordFilter{}, {}));
+    const QByteArray plain = Joined(ExportHtmlLines(many, u"x"_s, RecordFilter{}, {}));
     QVERIFY(!plain.contains("<IMG"));
     QVERIFY(plain.contains("\r\nBenutzer: [Alle], Anbieter: [Alle]\r\n"));
     QCOMPARE(plain.count("<TD bgcolor=#FFFFFF valign=top nowrap>"), 12);
@@ -85,11 +85,8 @@ class TestListExport : public QObject {
 
   void titlesAndChartMonths() {
     test::TempDataDir data;
-    data.write(QStringLiteral("Config/Period.cfg"), "01.02.2026\r\n15.03.2026\r\n");
-    const struct {
-      const char* item;
-      const char* title;
-    } cases[] = {
+    data.write(u"Config/Period.cfg"_s, "01.02.2026\r\n15.03.2026\r\n");
+    const std::tuple<const char*, const char*> cases[] = {
         {"Heute", "Verbindungen am Mittwoch, den 20.05.2026"},
         {"Vorgestern", "Verbindungen am Montag, den 18.05.2026"},
         {"Letzter Monat", "Verbindungen im April 2026"},
@@ -97,8 +94,8 @@ class TestListExport : public QObject {
         {"Definiert", "Verbindungen vom 01.02.2026 bis zum 15.03.2026"},
         {"Gesamt", "Alle aufgezeichneten Verbindungen"},
     };
-    for (const auto& c : cases) {
-      QCOMPARE(BuildListTitle(data.dir(), QString::fromUtf8(c.item), kToday), QString::fromUtf8(c.title));
+    for (const auto& [item, title] : cases) {
+      QCOMPARE(BuildListTitle(data.dir(), QString::fromUtf8(item), kToday), QString::fromUtf8(title));
     }
     // The day is kept, so on the 31st "Letzter Monat" of a 30-day month
     // rolls over into this one.
@@ -106,8 +103,8 @@ class TestListExport : public QObject {
     QCOMPARE(ListChartMonth(2, QDate(2026, 5, 31)).month(), 5);
     QVERIFY(!ListChartMonth(0, kToday).isValid());
     QVERIFY(!ListChartMonth(4, kToday).isValid());
-    QCOMPARE(ExportChartPath(QStringLiteral("/a/liste.HTM"), 2), QStringLiteral("/a/liste2.bmp"));
-    QCOMPARE(ExportChartPath(QStringLiteral("/a/liste"), 1), QStringLiteral("/a/liste1.bmp"));
+    QCOMPARE(ExportChartPath(u"/a/liste.HTM"_s, 2), u"/a/liste2.bmp"_s);
+    QCOMPARE(ExportChartPath(u"/a/liste"_s, 1), u"/a/liste1.bmp"_s);
   }
 
   void csvAndJsonForScripts() {
@@ -124,7 +121,7 @@ class TestListExport : public QObject {
     const QJsonArray json = QJsonDocument::fromJson(ExportJson(rows)).array();
     QCOMPARE(json.size(), 3);
     const QJsonObject last = json.at(2).toObject();
-    QCOMPARE(last.value("date").toString(), QStringLiteral("2026-04-03"));
+    QCOMPARE(last.value("date").toString(), u"2026-04-03"_s);
     QCOMPARE(last.value("cost").toDouble(), 9.5);
     QCOMPARE(last.value("seconds").toDouble(), 15.0);
     QCOMPARE(last.value("total").toDouble(), 2000.0);
@@ -132,12 +129,12 @@ class TestListExport : public QObject {
 
   void writesWholeFilesOrNothing() {
     test::TempDataDir data;
-    data.write(QStringLiteral("alt.txt"), "alt");
-    QVERIFY(WriteExportFile(data.path(QStringLiteral("alt.txt")), QList<QByteArray>{"neu"}));
-    QCOMPARE(data.read(QStringLiteral("alt.txt")), QByteArray("neu\r\n"));
+    data.write(u"alt.txt"_s, "alt");
+    QVERIFY(WriteExportFile(data.path(u"alt.txt"_s), QList<QByteArray>{"neu"}));
+    QCOMPARE(data.read(u"alt.txt"_s), QByteArray("neu\r\n"));
     // A folder that can't be written to (here a file in its way) leaves
     // nothing behind.
-    QVERIFY(!WriteExportFile(data.path(QStringLiteral("alt.txt/neu.txt")), QByteArray("x")));
+    QVERIFY(!WriteExportFile(data.path(u"alt.txt/neu.txt"_s), QByteArray("x")));
     QCOMPARE(QDir(data.path()).entryList(QDir::Files), QStringList{"alt.txt"});
   }
 };

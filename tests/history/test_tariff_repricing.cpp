@@ -13,10 +13,11 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kFile = QStringLiteral("Test - Form.tel");
+const QString kFile = u"Test - Form.tel"_s;
 
 QByteArray Zone(int von, int bis, const char* pfennig, bool wochenende) {
   return QByteArray("Zone:Form\r\nVon:") + QByteArray::number(von) + "\r\nBis:" + QByteArray::number(bis) +
@@ -49,7 +50,7 @@ class BytesFromStart final : public TrafficSource {
 RepricedConnection Record(const DataDir& dir, const PastConnection& connection) {
   AppState state;
   state.AktuellerTarif = kFile;
-  state.ActiveUser = QStringLiteral("Anna");
+  state.ActiveUser = u"Anna"_s;
   state.Restfrei = ComputeFreeAllowance(dir, kFile, connection.start.date()).restfrei;
   FixedClock clock(connection.start);
   test::RecordingPrompter prompter;
@@ -58,18 +59,15 @@ RepricedConnection Record(const DataDir& dir, const PastConnection& connection) 
   MeterHooks hooks;
   Meter meter(services, traffic, hooks);
   meter.Counter_Start();
-  meter.TimerStarterTick();
-  while (meter.TickCount() < connection.seconds) {
+  for (meter.TimerStarterTick(); meter.TickCount() < connection.seconds; meter.Tick()) {
     clock.Advance(1);
-    meter.Tick();
   }
   meter.Counter_Stop();
   return {meter.Fields().Kosten, ParseBetrag(RecordPlainLines(meter.Labels().Record()).at(3).mid(1))};
 }
 
 PastConnection At(const char* start, qint64 seconds, double bytes = 0) {
-  return {QDateTime::fromString(QString::fromLatin1(start), QStringLiteral("yyyy-MM-dd HH:mm:ss")), seconds,
-          bytes};
+  return {QDateTime::fromString(QString::fromLatin1(start), u"yyyy-MM-dd HH:mm:ss"_s), seconds, bytes};
 }
 
 }  // namespace
@@ -86,12 +84,7 @@ class TestTariffRepricing : public QObject {
     // earlier one.
     const QByteArray zones = Zone(18, 24, "2,9", false) + Zone(8, 18, "3,9", false) +
                              Zone(0, 8, "0,7", false) + Zone(0, 3, "1.5", true) + Zone(3, 24, "2,5", true);
-    struct Case {
-      const char* shape;
-      QByteArray file;
-      QList<PastConnection> connections;
-    };
-    const QList<Case> cases = {
+    const std::tuple<const char*, QByteArray, QList<PastConnection>> cases[] = {
         {"zones across midnight, the weekend, the full hour, hour 0, the change to summer time",
          Tariff("Volumenabrechnung:Nein\r\nTakt:60/60\r\n", zones),
          {At("2026-03-27 23:10:30", 7200), At("2026-03-29 01:30:00", 7200), At("2026-03-30 17:59:30", 200),
@@ -122,18 +115,17 @@ class TestTariffRepricing : public QObject {
          Tariff("Volumenabrechnung:Ja\r\nVolumenkosten:12\r\nVolumeneinheit:0\r\n"),
          {At("2026-11-02 10:00:00", 60, 3000000)}},
     };
-    for (const Case& c : cases) {
+    for (const auto& [shape, file, connections] : cases) {
       test::TempDataDir data;
-      data.write(QStringLiteral("Tarife/") + kFile, c.file);
+      data.write(u"Tarife/"_s + kFile, file);
       QList<RepricedConnection> metered;
-      for (const PastConnection& connection : c.connections) {
+      for (const PastConnection& connection : connections) {
         metered.append(Record(data.dir(), connection));
       }
       TariffRepricer repricer(data.dir(), kFile);
-      for (qsizetype i = 0; i < c.connections.size(); ++i) {
-        const RepricedConnection priced = repricer.Next(c.connections[i]);
-        const QString where = QStringLiteral("%1, connection %2: %3 against %4")
-                                  .arg(QString::fromLatin1(c.shape))
+      for (qsizetype i = 0; i < connections.size(); ++i) {
+        const RepricedConnection priced = repricer.Next(connections[i]);
+        const QString where = u"%1, connection %2: %3 against %4"_s.arg(QString::fromLatin1(shape))
                                   .arg(i + 1)
                                   .arg(double(priced.kosten), 0, 'g', 9)
                                   .arg(double(metered[i].kosten), 0, 'g', 9);

@@ -1,72 +1,53 @@
-#include "frame/AppState.h"
-#include "frame/Clock.h"
-#include "frame/Services.h"
 #include "metering/ConnectionChecks.h"
 #include "metering/ConnectionSettings.h"
-#include "support/RecordingPrompter.h"
-#include "support/TempDataDir.h"
+#include "support/TestServices.h"
 
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 class TestConnectionSettings : public QObject {
   Q_OBJECT
 
  private slots:
   void aRecordingNeedsATariffAndAUser() {
-    test::TempDataDir data;
-    AppState state;
-    FixedClock clock(QDateTime(QDate(2024, 1, 1), QTime(12, 0)));
-    test::RecordingPrompter prompter;
-    Services services{state, data.dir(), clock, prompter};
+    test::TestServices t;
+    t.state.AktuellerTarif = u"A - B.tel"_s;
+    QVERIFY(TarifCheck(t.services));
+    QVERIFY(t.prompter.messages.isEmpty());
+    QVERIFY(!t.data.dir().FileExists(u"Config/Monitoring.cfg"_s));
 
-    state.AktuellerTarif = QStringLiteral("A - B.tel");
-    state.ActiveUser = QStringLiteral("Supervisor");
-    QVERIFY(TarifCheck(services));
-    QVERIFY(prompter.messages.isEmpty());
-    QVERIFY(!data.dir().FileExists(QStringLiteral("Config/Monitoring.cfg")));
-
-    state.ActiveUser.clear();
-    QVERIFY(!TarifCheck(services));
-    QCOMPARE(prompter.messages.last(),
-             QStringLiteral("Kein Benutzer ausgewählt! Wählen Sie zuerst einen Benutzer "
-                            "aus, bevor Sie die Verbindung starten."));
-    QVERIFY(!state.MonitoringOn);
-    QCOMPARE(data.read(QStringLiteral("Config/Monitoring.cfg")), QByteArray(" 0 \r\n"));
+    t.state.ActiveUser.clear();
+    QVERIFY(!TarifCheck(t.services));
+    QVERIFY(t.prompter.messages.last().startsWith(u"Kein Benutzer ausgewählt!"_s));
+    QVERIFY(!t.state.MonitoringOn);
+    QCOMPARE(t.data.read(u"Config/Monitoring.cfg"_s), QByteArray(" 0 \r\n"));
 
     // A handle shorter than four characters is no tariff; it is told first.
-    state.AktuellerTarif = QStringLiteral(".te");
-    QVERIFY(!TarifCheck(services));
-    QCOMPARE(prompter.messages.last(),
-             QStringLiteral("Kein Tarif ausgewählt! Wählen Sie zuerst einen Tarif aus, "
-                            "bevor Sie die Verbindung starten."));
-    QCOMPARE(prompter.messages.size(), 2);
+    t.state.AktuellerTarif = u".te"_s;
+    QVERIFY(!TarifCheck(t.services));
+    QVERIFY(t.prompter.messages.last().startsWith(u"Kein Tarif ausgewählt!"_s));
+    QCOMPARE(t.prompter.messages.size(), 2);
   }
 
   void stoppingByHandSwitchesMonitoringOff() {
-    test::TempDataDir data;
-    AppState state;
-    FixedClock clock(QDateTime(QDate(2024, 1, 1), QTime(12, 0)));
-    test::RecordingPrompter prompter;
-    Services services{state, data.dir(), clock, prompter};
-
+    test::TestServices t;
     // Started by hand, or with monitoring off: no question.
-    QVERIFY(ConfirmManualStop(services));
-    state.DetectionSource = 1;
-    state.MonitoringOn = false;
-    QVERIFY(ConfirmManualStop(services));
-    QVERIFY(prompter.messages.isEmpty());
+    QVERIFY(ConfirmManualStop(t.services));
+    t.state.DetectionSource = 1;
+    t.state.MonitoringOn = false;
+    QVERIFY(ConfirmManualStop(t.services));
+    QVERIFY(t.prompter.messages.isEmpty());
 
-    state.MonitoringOn = true;
-    prompter.answers = {Prompter::Answer::No, Prompter::Answer::Yes};
-    QVERIFY(!ConfirmManualStop(services));
-    QVERIFY(state.MonitoringOn);
-    QVERIFY(
-        prompter.messages.last().startsWith(QStringLiteral("Die automatiche Erkennung von Verbindungen")));
-    QVERIFY(ConfirmManualStop(services));
-    QVERIFY(!state.MonitoringOn);
-    QCOMPARE(data.read(QStringLiteral("Config/Monitoring.cfg")), QByteArray(" 0 \r\n"));
+    t.state.MonitoringOn = true;
+    t.prompter.answers = {Prompter::Answer::No, Prompter::Answer::Yes};
+    QVERIFY(!ConfirmManualStop(t.services));
+    QVERIFY(t.state.MonitoringOn);
+    QVERIFY(t.prompter.messages.last().startsWith(u"Die automatiche Erkennung von Verbindungen"_s));
+    QVERIFY(ConfirmManualStop(t.services));
+    QVERIFY(!t.state.MonitoringOn);
+    QCOMPARE(t.data.read(u"Config/Monitoring.cfg"_s), QByteArray(" 0 \r\n"));
   }
 
   void serviceAndWindowSwitches() {
@@ -74,27 +55,27 @@ class TestConnectionSettings : public QObject {
     const DataDir& dir = data.dir();
     const QDate today(2024, 3, 10);
     QVERIFY(!LoadAutoupdateState(dir, today));
-    data.write(QStringLiteral("Config/AUTOUPDATE.cfg"), " 1 \r\n 3 \r\n");
+    data.write(u"Config/AUTOUPDATE.cfg"_s, " 1 \r\n 3 \r\n");
     QVERIFY(LoadAutoupdateState(dir, today));  // never updated
     // Three days count as seven.
     const QList<std::pair<const char*, bool>> lastUpdates = {{"04.03.2024", false}, {"03.03.2024", true},
                                                              {"10.03.2024", false}, {"11.03.2024", true},
                                                              {"", false},           {"kaputt!!", true}};
     for (const auto& [last, due] : lastUpdates) {
-      data.write(QStringLiteral("Config/Update.cfg"), QByteArray(" 4 \r\n") + last + "\r\n");
+      data.write(u"Config/Update.cfg"_s, QByteArray(" 4 \r\n") + last + "\r\n");
       QVERIFY2(LoadAutoupdateState(dir, today) == due, last);
     }
-    data.write(QStringLiteral("Config/Autoupdate.cfg"), " 1 \r\n 14 \r\n");
-    data.write(QStringLiteral("Config/Update.cfg"), " 4 \r\n27.02.2024\r\n");
+    data.write(u"Config/Autoupdate.cfg"_s, " 1 \r\n 14 \r\n");
+    data.write(u"Config/Update.cfg"_s, " 4 \r\n27.02.2024\r\n");
     QVERIFY(!LoadAutoupdateState(dir, today));
 
     QVERIFY(!LoadTimesyncState(dir));
     SaveTimesyncState(dir, true);
-    QCOMPARE(data.read(QStringLiteral("Config/Timesync.cfg")), QByteArray(" 1 \r\n"));
+    QCOMPARE(data.read(u"Config/Timesync.cfg"_s), QByteArray(" 1 \r\n"));
     QVERIFY(LoadTimesyncState(dir));
     SaveSmallWindowState(dir, true);
     QVERIFY(LoadSmallWindowState(dir));
-    data.write(QStringLiteral("Config/Smallwindow.cfg"), "ja\r\n");
+    data.write(u"Config/Smallwindow.cfg"_s, "ja\r\n");
     QVERIFY(!LoadSmallWindowState(dir));
   }
 };

@@ -8,27 +8,27 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // Start tag and time, duration, cost, units, bytes in, out and in all,
 // connection, tariff and user.
 RecordLabels SampleLabels() {
-  return {QStringLiteral("05032026"),
-          QStringLiteral("09:04:07"),
-          QStringLiteral("00:12:30"),
-          QStringLiteral("1,234 €"),
-          QStringLiteral("13"),
-          QStringLiteral("1.234.567 Bytes"),
-          QStringLiteral("89.000 Bytes"),
-          QStringLiteral("1.323.567 Bytes"),
-          QStringLiteral("Mobilfunk-Stick"),
-          QStringLiteral("Funkwelle - Tag und Nacht.tel"),
-          QStringLiteral("Anna B")};
+  return {u"05032026"_s,
+          u"09:04:07"_s,
+          u"00:12:30"_s,
+          u"1,234 €"_s,
+          u"13"_s,
+          u"1.234.567 Bytes"_s,
+          u"89.000 Bytes"_s,
+          u"1.323.567 Bytes"_s,
+          u"Mobilfunk-Stick"_s,
+          u"Funkwelle - Tag und Nacht.tel"_s,
+          u"Anna B"_s};
 }
 
-const QString kSaveError =
-    QStringLiteral("Fehler beim speichern der Verbindungsdaten aufgetreten. Subcode %1.");
+const QString kSaveError = u"Fehler beim speichern der Verbindungsdaten aufgetreten. Subcode %1."_s;
 
 }  // namespace
 
@@ -44,26 +44,25 @@ class TestRecords : public QObject {
                                 "1323567", "Mobilfunk-Stick", "Funkwelle - Tag und Nacht.tel", "Anna B"}));
 
     // Within the free allowance the cost is the bracket form, and reads as 0.
-    l.kosten = QStringLiteral("0 (0,120 €)");
+    l.kosten = u"0 (0,120 €)"_s;
     QCOMPARE(RecordPlainLines(l).at(3), QByteArray("S0,00"));
-    l.kosten = QStringLiteral("12.5");
+    l.kosten = u"12.5"_s;
     QCOMPARE(RecordPlainLines(l).at(3), QByteArray("S12,50"));
 
-    l.einheiten = QStringLiteral("sek.genau");
-    l.bytesIn = l.bytesOut = QStringLiteral("unbekannt");
-    l.bytesInOut = QStringLiteral("Byte");  // too short to hold " Bytes"
+    l.einheiten = u"sek.genau"_s;
+    l.bytesIn = l.bytesOut = u"unbekannt"_s;
+    l.bytesInOut = u"Byte"_s;  // too short to hold " Bytes"
     QCOMPARE(RecordPlainLines(l).mid(4, 4), (QList<QByteArray>{"0", "0", "0", "0"}));
-  }
 
-  void fileNameHoldsTheStart() {
-    const auto name = [](const char* tag, const char* time) {
-      return RecordFileName(QString::fromLatin1(tag), QString::fromLatin1(time));
-    };
-    QCOMPARE(name("05032026", "9:04:07"), QStringLiteral("05032026-090407.con"));
-    QCOMPARE(name("05032026", "9:04:07 PM"), QStringLiteral("05032026-210407.con"));
-    QCOMPARE(name("05032026", "12:00:00 AM"), QStringLiteral("05032026-000000.con"));
-    QCOMPARE(name("05032026", "25:00:00"), QString());
-    QCOMPARE(name("05/03/2026", "09:04:07"), QString());
+    // The file's name holds the start.
+    for (const auto& [tag, time, name] : {std::tuple{"05032026", "9:04:07", "05032026-090407.con"},
+                                          {"05032026", "9:04:07 PM", "05032026-210407.con"},
+                                          {"05032026", "12:00:00 AM", "05032026-000000.con"},
+                                          {"05032026", "25:00:00", ""},
+                                          {"05/03/2026", "09:04:07", ""}}) {
+      QCOMPARE(RecordFileName(QString::fromLatin1(tag), QString::fromLatin1(time)),
+               QString::fromLatin1(name));
+    }
   }
 
   void savedRecordReadsBack() {
@@ -72,21 +71,20 @@ class TestRecords : public QObject {
     QCOMPARE(SaveConnection(data.dir(), SampleLabels(), prompter), SaveResult::Saved);
     QVERIFY(prompter.messages.isEmpty());
 
-    const QString name = QStringLiteral("05032026-090407.con");
-    const QByteArray bytes = data.read(QStringLiteral("Verbindungen/") + name);
+    const QString name = u"05032026-090407.con"_s;
+    const QByteArray bytes = data.read(u"Verbindungen/"_s + name);
     QCOMPARE(bytes.count("\r\n"), 11);
-    QCOMPARE(
-        ReadRecordFields(data.path(QStringLiteral("Verbindungen/") + name)).value_or(QList<QByteArray>()),
-        RecordPlainLines(SampleLabels()));
-    QCOMPARE(RecordUser(data.dir(), name), QStringLiteral("Anna B"));
+    QCOMPARE(ReadRecordFields(data.path(u"Verbindungen/"_s + name)).value_or(QList<QByteArray>()),
+             RecordPlainLines(SampleLabels()));
+    QCOMPARE(RecordUser(data.dir(), name), u"Anna B"_s);
     QCOMPARE(RecordCost(data.dir(), name), static_cast<double>(1.23f));
 
     // A second record starting in the same second replaces the first.
     RecordLabels again = SampleLabels();
-    again.benutzer = QStringLiteral("Supervisor");
+    again.benutzer = u"Supervisor"_s;
     QCOMPARE(SaveConnection(data.dir(), again, prompter), SaveResult::Saved);
-    QCOMPARE(RecordUser(data.dir(), name), QStringLiteral("Supervisor"));
-    QCOMPARE(QDir(data.path(QStringLiteral("Verbindungen"))).entryList(QDir::Files | QDir::Hidden).size(), 1);
+    QCOMPARE(RecordUser(data.dir(), name), u"Supervisor"_s);
+    QCOMPARE(QDir(data.path(u"Verbindungen"_s)).entryList(QDir::Files | QDir::Hidden).size(), 1);
   }
 
   void failuresWriteNothingAndAreReportedWithTheirSubcode() {
@@ -98,20 +96,20 @@ class TestRecords : public QObject {
     QVERIFY(prompter.messages.isEmpty());
 
     l = SampleLabels();
-    l.startTime = QStringLiteral("kaputt");
+    l.startTime = u"kaputt"_s;
     QCOMPARE(SaveConnection(data.dir(), l, prompter), SaveResult::Failed);
     QCOMPARE(prompter.messages.last(), kSaveError.arg(1));
     QCOMPARE(prompter.icons.last(), Prompter::Icon::Critical);
 
     // A folder where the record should go: the file can't be opened for writing.
-    QVERIFY(QDir().mkpath(data.path(QStringLiteral("Verbindungen/05032026-090407.con"))));
+    QVERIFY(QDir().mkpath(data.path(u"Verbindungen/05032026-090407.con"_s)));
     QCOMPARE(SaveConnection(data.dir(), SampleLabels(), prompter), SaveResult::Failed);
     QCOMPARE(prompter.messages.last(), kSaveError.arg(2));
-    QCOMPARE(QDir(data.path(QStringLiteral("Verbindungen"))).entryList(QDir::Files | QDir::Hidden).size(), 0);
+    QCOMPARE(QDir(data.path(u"Verbindungen"_s)).entryList(QDir::Files | QDir::Hidden).size(), 0);
 
     // The folder of the records can't be made.
     test::TempDataDir blocked;
-    blocked.write(QStringLiteral("Verbindungen"), "eine Datei");
+    blocked.write(u"Verbindungen"_s, "eine Datei");
     QCOMPARE(SaveConnection(blocked.dir(), SampleLabels(), prompter), SaveResult::Failed);
     QCOMPARE(prompter.messages.last(), kSaveError.arg(1));
   }
@@ -123,20 +121,20 @@ class TestRecords : public QObject {
     for (const QByteArray& plain : RecordPlainLines(SampleLabels()).mid(0, 5)) {
       shortRecord += EncryptField(plain) + "\r\n";
     }
-    data.write(QStringLiteral("Verbindungen/01012026-000000.con"), shortRecord);
-    QCOMPARE(RecordUser(data.dir(), QStringLiteral("01012026-000000.con")), QStringLiteral("13"));
-    QCOMPARE(RecordCost(data.dir(), QStringLiteral("01012026-000000.con")), static_cast<double>(1.23f));
+    data.write(u"Verbindungen/01012026-000000.con"_s, shortRecord);
+    QCOMPARE(RecordUser(data.dir(), u"01012026-000000.con"_s), u"13"_s);
+    QCOMPARE(RecordCost(data.dir(), u"01012026-000000.con"_s), static_cast<double>(1.23f));
 
     // Written on a system with a decimal point.
-    data.write(QStringLiteral("Verbindungen/02012026-000000.CON"),
+    data.write(u"Verbindungen/02012026-000000.CON"_s,
                EncryptField("S01.01.2026") + "\r\n\r\n\r\n" + EncryptField("S2.50") + "\r\n");
-    QCOMPARE(RecordCost(data.dir(), QStringLiteral("02012026-000000.con")), 2.5);
+    QCOMPARE(RecordCost(data.dir(), u"02012026-000000.con"_s), 2.5);
 
-    data.write(QStringLiteral("Verbindungen/leer.con"), "");
-    QCOMPARE(RecordUser(data.dir(), QStringLiteral("leer.con")), QString());
-    QCOMPARE(RecordCost(data.dir(), QStringLiteral("leer.con")), 0.0);
-    QCOMPARE(RecordCost(data.dir(), QStringLiteral("fehlt.con")), 0.0);
-    QCOMPARE(RecordNameMonth(QStringLiteral("x.con")), QString());
+    data.write(u"Verbindungen/leer.con"_s, "");
+    QCOMPARE(RecordUser(data.dir(), u"leer.con"_s), QString());
+    QCOMPARE(RecordCost(data.dir(), u"leer.con"_s), 0.0);
+    QCOMPARE(RecordCost(data.dir(), u"fehlt.con"_s), 0.0);
+    QCOMPARE(RecordNameMonth(u"x.con"_s), QString());
   }
 };
 

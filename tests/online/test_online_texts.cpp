@@ -6,10 +6,11 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kBase = QStringLiteral("http://h:1");
+const QString kBase = u"http://h:1"_s;
 
 QStringList Names(const UpdateIndex& index) {
   QStringList names;
@@ -43,13 +44,11 @@ class TestOnlineTexts : public QObject {
       QCOMPARE(Names(*parsed), c.names);
       QCOMPARE(parsed->letzteSerie, c.letzteSerie);
     }
-    QCOMPARE(ParseUpdateIndex(index, kBase, 0)->entries.first().address,
-             QStringLiteral("http://h:1/tel/1/A - 1.atl"));
+    QCOMPARE(ParseUpdateIndex(index, kBase, 0)->entries.first().address, u"http://h:1/tel/1/A - 1.atl"_s);
     QVERIFY(!ParseUpdateIndex("[0001]\r\n<tel/1/A - 1.atl|A - 1.atl>\r\n", kBase, 0));
     QVERIFY(!ParseUpdateIndex("<html>garbage</html>", kBase, 0));
-  }
 
-  void updateFileNamesStayInTheTariffFolder() {
+    // Update file names stay in the tariff folder.
     for (const char* good : {"A - B.atl", "A, b - C.ATL"}) {
       QVERIFY2(IsUpdateFileName(QString::fromUtf8(good)), good);
     }
@@ -61,10 +60,10 @@ class TestOnlineTexts : public QObject {
 
   void aServerFolderIsIndexedAsTheReaderReadsIt() {
     test::TempDataDir server;
-    server.write(QStringLiteral("tel/0001/A - 1.atl"), "x");
-    server.write(QStringLiteral("tel/0002/B - 2.atl"), "x");
-    server.write(QStringLiteral("tel/0002/notes.txt"), "x");
-    server.write(QStringLiteral("tel/0002/Bad;\x01.atl"), "x");
+    server.write(u"tel/0001/A - 1.atl"_s, "x");
+    server.write(u"tel/0002/B - 2.atl"_s, "x");
+    server.write(u"tel/0002/notes.txt"_s, "x");
+    server.write(u"tel/0002/Bad;\x01.atl"_s, "x");
     QStringList skipped;
     QString error;
     const auto index = MakeUpdateIndex(server.path(), 331, &skipped, &error);
@@ -72,10 +71,10 @@ class TestOnlineTexts : public QObject {
     QCOMPARE(skipped.size(), 1);
     const auto parsed = ParseUpdateIndex(*index, kBase, 1);
     QCOMPARE(Names(*parsed), QStringList{"B - 2.atl"});
-    QCOMPARE(parsed->entries.first().address, QStringLiteral("http://h:1/tel/0002/B - 2.atl"));
+    QCOMPARE(parsed->entries.first().address, u"http://h:1/tel/0002/B - 2.atl"_s);
     QCOMPARE(parsed->revision, 331.0);
 
-    server.write(QStringLiteral("tel/0004/D - 4.atl"), "x");
+    server.write(u"tel/0004/D - 4.atl"_s, "x");
     QVERIFY(!MakeUpdateIndex(server.path(), 331, &skipped, &error));
     QVERIFY(error.contains(QLatin1String("batch 3")));
   }
@@ -84,18 +83,18 @@ class TestOnlineTexts : public QObject {
     test::TempDataDir data;
     QCOMPARE(ReadLastBatch(data.dir()), 0);
     QVERIFY(WriteUpdateCfg(data.dir(), 12, QDate(2026, 3, 4)));
-    QCOMPARE(data.read(QStringLiteral("Config/Update.cfg")), QByteArray(" 12 \r\n04.03.2026\r\n"));
+    QCOMPARE(data.read(u"Config/Update.cfg"_s), QByteArray(" 12 \r\n04.03.2026\r\n"));
     QCOMPARE(ReadLastBatch(data.dir()), 12);
 
     QCOMPARE(ReadAutoupdateSettings(data.dir()).on, false);
-    data.write(QStringLiteral("Config/Autoupdate.cfg"), " 1 \r\n 3 \r\n");
+    data.write(u"Config/Autoupdate.cfg"_s, " 1 \r\n 3 \r\n");
     QCOMPARE(ReadAutoupdateSettings(data.dir()).days, 7);
     QVERIFY(WriteAutoupdateSettings(data.dir(), true, 1));
-    QCOMPARE(data.read(QStringLiteral("Config/Autoupdate.cfg")), QByteArray(" 1 \r\n 14 \r\n"));
+    QCOMPARE(data.read(u"Config/Autoupdate.cfg"_s), QByteArray(" 1 \r\n 14 \r\n"));
     QVERIFY(WriteAutoupdateSettings(data.dir(), false, -1));
-    QCOMPARE(data.read(QStringLiteral("Config/Autoupdate.cfg")), QByteArray(" 0 \r\n 7 \r\n"));
+    QCOMPARE(data.read(u"Config/Autoupdate.cfg"_s), QByteArray(" 0 \r\n 7 \r\n"));
 
-    data.write(QStringLiteral("Servers.dat"), "http://a\r\n\r\n file://x\r\n");
+    data.write(u"Servers.dat"_s, "http://a\r\n\r\n file://x\r\n");
     QCOMPARE(*ReadServers(data.dir()), (QStringList{"http://a", "", " file://x"}));
     QCOMPARE(ReadOnlineAddresses(data.dir()).timeHost, QString());
   }
@@ -122,9 +121,8 @@ class TestOnlineTexts : public QObject {
     };
     for (const Case& c : cases) {
       const auto found = ParseZeitseite(c.page, c.bias);
-      const QString moment = found ? found->date.toString(QStringLiteral("yyyy-MM-dd ")) +
-                                         found->time.toString(QStringLiteral("HH:mm:ss"))
-                                   : QString();
+      const QString moment =
+          found ? found->date.toString(u"yyyy-MM-dd "_s) + found->time.toString(u"HH:mm:ss"_s) : QString();
       QVERIFY2(moment == c.moment, c.page + " " + moment.toUtf8());
     }
   }

@@ -5,6 +5,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 class TestTariffCatalogue : public QObject {
   Q_OBJECT
@@ -17,14 +18,13 @@ class TestTariffCatalogue : public QObject {
     for (const auto& [typed, cleaned] : takt) {
       QCOMPARE(BereinigeTakt(typed), cleaned);
     }
-    QCOMPARE(BereinigeBetrag(u"0,12"), QStringLiteral("0,12"));
-    QCOMPARE(BereinigeBetrag(u"x"), QStringLiteral("0"));
-    QCOMPARE(BereinigeGanzzahl(u"7,9 Uhr"), QStringLiteral("7"));
-  }
+    QCOMPARE(BereinigeBetrag(u"0,12"), u"0,12"_s);
+    QCOMPARE(BereinigeBetrag(u"x"), u"0"_s);
+    QCOMPARE(BereinigeGanzzahl(u"7,9 Uhr"), u"7"_s);
 
-  void zonesGoThroughTheListUnchanged() {
+    // Zones go through the list unchanged.
     const QString eintrag = ZonenEintrag(8, 18, BereinigeBetrag(u"0,12"), false);
-    QCOMPARE(eintrag, QStringLiteral("Von: 08 Bis: 18 Kosten: 0,12 Werktag"));
+    QCOMPARE(eintrag, u"Von: 08 Bis: 18 Kosten: 0,12 Werktag"_s);
     QCOMPARE(ZoneAusEintrag(eintrag), (Tarifzone{8, 18, 12.0f, false}));
     QCOMPARE(ZoneAusEintrag(ZonenEintrag(0, 0, "1.5", true)), (Tarifzone{0, 0, 150.0f, true}));
   }
@@ -36,9 +36,9 @@ class TestTariffCatalogue : public QObject {
         "Zeichen nicht überschreiten.");
     const QString weekend = TarifFehler("A", "B", {"Von: 08 Bis: 18 Kosten: 1 Werktag"}, false);
     QVERIFY(weekend.startsWith("Es ist kein Tarif für das Wochenende angegeben."));
-    QCOMPARE(TarifFehler("", "B", {}, false), names);
-    QCOMPARE(TarifFehler("A/B", "B", {}, false), names);
-    QCOMPARE(TarifFehler(QString(300, 'x'), "B", {}, false), names);
+    for (const QString& anbieter : {QString(), u"A/B"_s, QString(300, 'x')}) {
+      QCOMPARE(TarifFehler(anbieter, "B", {}, false), names);
+    }
     // A comma passes, weekend zones alone pass, volume tariffs have no zones to check.
     QCOMPARE(TarifFehler("A, B", "B", {"Von: 00 Bis: 00 Kosten: 1 Wochenende"}, false), QString());
     QCOMPARE(TarifFehler("A", "B", {"Von: 08 Bis: 18 Kosten: 1 Werktag"}, true), QString());
@@ -55,23 +55,19 @@ class TestTariffCatalogue : public QObject {
     data.write("Tarife/loose.tel", "");
     const QList<KatalogAnbieter> katalog = GetKatalog(data.dir());
     QCOMPARE(katalog.size(), 2);
-    QCOMPARE(katalog[0].name, QStringLiteral("Foo"));
+    QCOMPARE(katalog[0].name, u"Foo"_s);
     QCOMPARE(katalog[0].tel, QStringList{"Foo - A.tel"});
     QCOMPARE(katalog[0].atl, (QStringList{"Foo - B.atl", "Foo Net - X.atl"}));
     QCOMPARE(katalog[1].atl, QStringList{"Foo Net - X.atl"});
 
     const auto d = GetKatalogDetails(data.dir(), "Foo - A.tel", QDateTime::currentDateTime(), false, "€");
     QVERIFY(d);
-    QCOMPARE(d->preisCaption, QStringLiteral("Kosten/Tkt (jetzt):"));
-    QCOMPARE(d->preis, QStringLiteral("1,5000 €"));
-    QCOMPARE(d->taktung, QStringLiteral("10 MB"));
-    QCOMPARE(d->freiCaption, QStringLiteral("Freitransfer:"));
-    QCOMPARE(d->frei, QStringLiteral("unbegrenzt"));
-    QCOMPARE(d->grundgebuehr, QStringLiteral("4,50 €"));
-    QCOMPARE(d->gespraechsgebuehr, QStringLiteral("0,120 €"));
-    QCOMPARE(d->verfuegbarkeit, QStringLiteral("bundesweit"));
+    QCOMPARE(QStringList({d->preisCaption, d->preis, d->taktung, d->freiCaption, d->frei, d->grundgebuehr,
+                          d->gespraechsgebuehr, d->verfuegbarkeit}),
+             QStringList({"Kosten/Tkt (jetzt):", "1,5000 €", "10 MB", "Freitransfer:", "unbegrenzt", "4,50 €",
+                          "0,120 €", "bundesweit"}));
     QVERIFY(!GetKatalogDetails(data.dir(), "Foo - Gone.tel", QDateTime::currentDateTime(), false, "€"));
-    QCOMPARE(DoubleFirstAmpersand("A&B&C"), QStringLiteral("A&&B&C"));
+    QCOMPARE(DoubleFirstAmpersand("A&B&C"), u"A&&B&C"_s);
   }
 };
 

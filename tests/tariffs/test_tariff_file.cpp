@@ -10,6 +10,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -28,16 +29,16 @@ class TestTariffFile : public QObject {
   void writesTheEditorsLinesAndReadsThemBack() {
     test::TempDataDir data;
     Tarif tarif;
-    tarif.Anbieter = QStringLiteral("Funk & Co");
-    tarif.Tarifname = QStringLiteral("Tag & Nacht");
+    tarif.Anbieter = u"Funk & Co"_s;
+    tarif.Tarifname = u"Tag & Nacht"_s;
     tarif.Grundgebuehr = 4.95f;
-    tarif.Region = QStringLiteral("bundesweit");
-    tarif.Anmeldung = QStringLiteral("nötig");
+    tarif.Region = u"bundesweit"_s;
+    tarif.Anmeldung = u"nötig"_s;
     tarif.Einwahlnummer.clear();
     tarif.Kanalbuendelung = true;
     tarif.Volumengrenze = 500;  // not written: no volume tariff
     tarif.Freiminuten = 30;
-    tarif.Takt = QStringLiteral("60 / 1");
+    tarif.Takt = u"60 / 1"_s;
     tarif.Gespraechsgrundgebuehr = 12.5f;
     tarif.Zonen = {{8, 18, PfennigAusBetrag(u"0,039"), false}, {0, 24, PfennigAusBetrag(u"0.015"), true}};
     QVERIFY(WriteTarif(data.dir(), tarif));
@@ -51,20 +52,20 @@ class TestTariffFile : public QObject {
         // zones
         "Zone:Tag & Nacht", "Von:8", "Bis:18", N("Pfennig:", "3.9"), "Einheit:60", "Wochenende:Nein",
         "Zone:Tag & Nacht", "Von:0", "Bis:24", N("Pfennig:", "1.5"), "Einheit:60", "Wochenende:Ja"};
-    QCOMPARE(data.read(QStringLiteral("Tarife/Funk & Co - Tag & Nacht.tel")), test::Crlf(expected));
+    QCOMPARE(data.read(u"Tarife/Funk & Co - Tag & Nacht.tel"_s), test::Crlf(expected));
 
     Tarif written = tarif;
-    written.Einwahlnummer = QStringLiteral("k.A.");
+    written.Einwahlnummer = u"k.A."_s;
     written.Volumengrenze = 0;
-    QVERIFY(ReadTarif(data.dir(), QStringLiteral("Funk & Co - Tag & Nacht.tel")) == written);
+    QVERIFY(ReadTarif(data.dir(), u"Funk & Co - Tag & Nacht.tel"_s) == written);
   }
 
   void aVolumeTariffGetsTheTwoFreeZones() {
     test::TempDataDir data;
-    QVERIFY(QDir().mkpath(data.path(QStringLiteral("tarife"))));
+    QVERIFY(QDir().mkpath(data.path(u"tarife"_s)));
     Tarif tarif;
-    tarif.Anbieter = QStringLiteral("Netz");
-    tarif.Tarifname = QStringLiteral("Volumen");
+    tarif.Anbieter = u"Netz"_s;
+    tarif.Tarifname = u"Volumen"_s;
     tarif.Volumenabrechnung = true;
     tarif.Volumenkosten = PfennigAusBetrag(u"0,015");
     tarif.Volumeneinheit = 0.5f;
@@ -73,7 +74,7 @@ class TestTariffFile : public QObject {
     QVERIFY(WriteTarif(data.dir(), tarif));
 
     // Written into the folder that is there, whatever its case.
-    const QList<QByteArray> lines = SplitLines(data.read(QStringLiteral("tarife/Netz - Volumen.tel")));
+    const QList<QByteArray> lines = SplitLines(data.read(u"tarife/Netz - Volumen.tel"_s));
     QCOMPARE(lines.mid(10, 6), (QList<QByteArray>{"Volumenabrechnung:Ja", N("Volumenkosten:", "1.5"),
                                                   N("Volumeneinheit:", "0.5"), "Volumengrenze:500",
                                                   "Mindestumsatz:0", "Freiminuten:0"}));
@@ -86,14 +87,13 @@ class TestTariffFile : public QObject {
       tarif.Tarifname = QString::fromLatin1(name);
       QVERIFY(!WriteTarif(data.dir(), tarif));
     }
-    QCOMPARE(data.dir().ListFiles(QStringLiteral("Tarife")),
-             QStringList{QStringLiteral("Netz - Volumen.tel")});
+    QCOMPARE(data.dir().ListFiles(u"Tarife"_s), QStringList{u"Netz - Volumen.tel"_s});
   }
 
   void readsHeadByKeysAndZonesByPosition() {
     test::TempDataDir data;
     data.write(
-        QStringLiteral("Tarife/Hand - Geschrieben.atl"),
+        u"Tarife/Hand - Geschrieben.atl"_s,
         test::Crlf({"Takt:60/60", "Username:", "Einwahlnummer:0190 nie", "Takt:30 / 10", "Flatrate: JA ",
                     "Freiminuten:90,5", "[Tarifzonen]",
                     // keys are not compared, values are cut out by position
@@ -101,17 +101,17 @@ class TestTariffFile : public QObject {
                     "Zone:egal", "Von:0", "Bis:24", "Pfennig:1", "Einheit:60", "Wochenende:vielleicht",
                     // a stray line: the zone behind it is read out of step and lost
                     "", "Zone:egal", "Von:0", "Bis:24", "Pfennig:2", "Einheit:60", "Wochenende:Nein"}));
-    const auto tarif = ReadTarif(data.dir(), QStringLiteral("Hand - Geschrieben.atl"));
+    const auto tarif = ReadTarif(data.dir(), u"Hand - Geschrieben.atl"_s);
     QVERIFY(tarif && tarif->Herkunft == TarifHerkunft::Automatisch && tarif->Flatrate);
-    QCOMPARE(tarif->Takt, QStringLiteral("30 / 10"));  // the last line of a key wins
+    QCOMPARE(tarif->Takt, u"30 / 10"_s);  // the last line of a key wins
     QCOMPARE(tarif->Freiminuten, 90.0);
     QCOMPARE(tarif->Zonen, (QList<Tarifzone>{{8, 18, 0.12f, true}}));
 
     // Saved again, the lines the editor doesn't show come back as they were.
     Tarif saved = *tarif;
-    saved.Tarifname = QStringLiteral("Kopie");
+    saved.Tarifname = u"Kopie"_s;
     QVERIFY(WriteTarif(data.dir(), saved));
-    const QList<QByteArray> lines = SplitLines(data.read(QStringLiteral("Tarife/Hand - Kopie.tel")));
+    const QList<QByteArray> lines = SplitLines(data.read(u"Tarife/Hand - Kopie.tel"_s));
     QCOMPARE(lines[4], QByteArray("G\374ltigkeit:k.A."));
     QCOMPARE(lines.mid(6, 3),
              (QList<QByteArray>{"Einwahlnummer:0190 nie", "Username:k.A.", "Password:k.A."}));
@@ -119,50 +119,50 @@ class TestTariffFile : public QObject {
   }
 
   void namesAndLists() {
-    QCOMPARE(GetAnbieter(QStringLiteral("A-B - C - D.tel")).value_or(QString()), QStringLiteral("A-B"));
-    QCOMPARE(GetTarifname(QStringLiteral("A-B - C - D.tel")), QStringLiteral("C - D"));
-    QVERIFY(!GetAnbieter(QStringLiteral("Ohne Strich.tel")));
-    QCOMPARE(GetTarifDatei(QStringLiteral("Foo"), QStringLiteral("X - Bar")), QString());
+    QCOMPARE(GetAnbieter(u"A-B - C - D.tel"_s).value_or(QString()), u"A-B"_s);
+    QCOMPARE(GetTarifname(u"A-B - C - D.tel"_s), u"C - D"_s);
+    QVERIFY(!GetAnbieter(u"Ohne Strich.tel"_s));
+    QCOMPARE(GetTarifDatei(u"Foo"_s, u"X - Bar"_s), QString());
 
     test::TempDataDir data;
     for (const char* name : {"Foo - Bar.tel", "Foo - Bar.atl", "Foo Net - Bar.tel", "foo - klein.TEL",
                              "Foo - Notiz.txt", "readme.txt", "Foo [X] - Y.atl", "Ohne Strich.tel"}) {
-      data.write(QStringLiteral("Tarife/") + QLatin1String(name), "x\r\n");
+      data.write(u"Tarife/"_s + QLatin1String(name), "x\r\n");
     }
     QCOMPARE(GetAnbieterListe(data.dir()), (QStringList{"Foo", "Foo Net", "Foo [X]", "foo"}));
 
     QStringList labels;
-    for (const TarifEintrag& entry : GetTarifListe(data.dir(), QStringLiteral("Foo"))) {
+    for (const TarifEintrag& entry : GetTarifListe(data.dir(), u"Foo"_s)) {
       labels.append(entry.Label);
-      QCOMPARE(GetTarifDatei(QStringLiteral("Foo"), entry.Label).toLower(), entry.Datei.toLower());
+      QCOMPARE(GetTarifDatei(u"Foo"_s, entry.Label).toLower(), entry.Datei.toLower());
     }
     // The deliberate prefix match takes Foo Net's and Foo [X]'s files too.
     QCOMPARE(labels, (QStringList{"A - Bar", "M - Bar", "M Net - Bar", "A [X] - Y", "M - klein"}));
-    const auto bracket = GetTarifListe(data.dir(), QStringLiteral("Foo [X]"));
-    QVERIFY(bracket.size() == 1 && bracket[0].Label == QStringLiteral("A - Y"));
+    const auto bracket = GetTarifListe(data.dir(), u"Foo [X]"_s);
+    QVERIFY(bracket.size() == 1 && bracket[0].Label == u"A - Y"_s);
   }
 
   void peeksReadTheirKeys() {
     test::TempDataDir data;
     data.write(
-        QStringLiteral("Tarife/Peek - Alles.tel"),
+        u"Tarife/Peek - Alles.tel"_s,
         test::Crlf({"Volumenabrechnung:Ja", "Volumenkosten:2,5", "VOLUMENEINHEIT:0,5", "volumengrenze:2",
                     "Volumengrenze:9", "Freiminuten:90,5", "Freiminuten:10", "Takt:60/60", "Takt:30 / 10",
                     "Gespr\344chsgrundgeb\374hr:12,5", "Volumenabrechnung: nein "}));
-    const QString file = QStringLiteral("Peek - Alles.tel");
+    const QString file = u"Peek - Alles.tel"_s;
     const DataDir& dir = data.dir();
     QVERIFY(!IsVolumentarif(dir, file));  // the last line decides
     QCOMPARE(GetVolumenkosten(dir, file), 2.5f);
     QCOMPARE(GetVolumeneinheit(dir, file), 0.5f);
     QCOMPARE(GetTarifVolumengrenze(dir, file), 2000.0);  // the first line decides
     QCOMPARE(GetTarifFreiminuten(dir, file), 90.0);
-    QCOMPARE(GetActualTakt(dir, file), QStringLiteral("30 / 10"));
-    QCOMPARE(GetPreisEinheit(dir, file), test::Local(QStringLiteral("0.5MB")));  // read two lines down
+    QCOMPARE(GetActualTakt(dir, file), u"30 / 10"_s);
+    QCOMPARE(GetPreisEinheit(dir, file), test::Local(u"0.5MB"_s));  // read two lines down
 
-    for (const QString& missing : {QString(), QStringLiteral("Peek - Fehlt.tel")}) {
+    for (const QString& missing : {QString(), u"Peek - Fehlt.tel"_s}) {
       QVERIFY(!IsVolumentarif(dir, missing) && !ReadTarif(dir, missing));
       QCOMPARE(GetVolumenkosten(dir, missing) + GetTarifFreiminuten(dir, missing), 0.0);
-      QCOMPARE(GetPreisEinheit(dir, missing), QStringLiteral("Minute"));
+      QCOMPARE(GetPreisEinheit(dir, missing), u"Minute"_s);
     }
   }
 
@@ -182,23 +182,23 @@ class TestTariffFile : public QObject {
 
     test::TempDataDir data;
     const DataDir& dir = data.dir();
-    const QString file = QStringLiteral("Kaputt - Datei.tel");
+    const QString file = u"Kaputt - Datei.tel"_s;
     Tarif nothing;
-    nothing.Anbieter = QStringLiteral("Kaputt");
-    nothing.Tarifname = QStringLiteral("Datei");
+    nothing.Anbieter = u"Kaputt"_s;
+    nothing.Tarifname = u"Datei"_s;
     nothing.Sekundengenau.clear();
     nothing.Sekundenschritte.clear();
     for (const QByteArray& content : keyless + huge) {
-      data.write(QStringLiteral("Tarife/") + file, content);
+      data.write(u"Tarife/"_s + file, content);
       const auto tarif = ReadTarif(dir, file);
       QVERIFY(tarif);
       const float unitCost = UnitCost(GetTarifPreis(dir, file, test::At(1, 0, 59, 58), true),
                                       ParseTakt(GetActualTakt(dir, file)).rest);
-      QVERIFY(!AktuellerPreisText(dir, file, test::At(1, 1), false, QStringLiteral("€")).isEmpty());
+      QVERIFY(!AktuellerPreisText(dir, file, test::At(1, 1), false, u"€"_s).isEmpty());
       if (keyless.contains(content)) {
         QVERIFY(*tarif == nothing);
         QCOMPARE(unitCost + GetGrundgebuehrJeVerbindung(dir, file) + GetVolumenkosten(dir, file), 0.0f);
-        QCOMPARE(GetPreisEinheit(dir, file), QStringLiteral("Minute"));
+        QCOMPARE(GetPreisEinheit(dir, file), u"Minute"_s);
       }
     }
     QCOMPARE(ParseTakt(QString::fromLatin1("9" + digits)).first, qint16(32767));

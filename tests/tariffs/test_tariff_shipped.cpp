@@ -6,6 +6,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 using test::At;
 
 namespace {
@@ -26,12 +27,12 @@ class TestTariffShipped : public QObject {
 
  private slots:
   void everyTariffFollowsTheFileGrammar() {
-    const QStringList files = shipped.ListFiles(QStringLiteral("Tarife"));
+    const QStringList files = shipped.ListFiles(u"Tarife"_s);
     QVERIFY(files.size() >= 4);
     for (const QString& file : files) {
       const auto anbieter = GetAnbieter(file);
       QVERIFY2(anbieter && !TarifLabel(*anbieter, file).isEmpty(), qPrintable(file));
-      const auto bytes = ReadFileBytes(shipped.Resolve(QStringLiteral("Tarife/") + file));
+      const auto bytes = ReadFileBytes(shipped.Resolve(u"Tarife/"_s + file));
       QVERIFY(bytes && bytes->endsWith("\r\n") && bytes->count('\n') == bytes->count("\r\n"));
       const auto tarif = ReadTarif(shipped, file);
       QVERIFY(tarif);
@@ -55,30 +56,30 @@ class TestTariffShipped : public QObject {
       for (int day = 1; day <= 7; ++day) {
         for (int hour = 0; hour < 24; ++hour) {
           QVERIFY2(GetTarifPreis(shipped, file, At(day, hour, 30), false) > 0,
-                   qPrintable(file + QStringLiteral(" %1 %2").arg(day).arg(hour)));
+                   qPrintable(file + u" %1 %2"_s.arg(day).arg(hour)));
         }
       }
     }
   }
 
   void theSamplesHoldWhatTheirNamesSay() {
-    const QString tagNacht = QStringLiteral("Funkwelle - Tag und Nacht.tel");
+    const QString tagNacht = u"Funkwelle - Tag und Nacht.tel"_s;
     QCOMPARE(GetTarifPreis(shipped, tagNacht, At(1, 12), false), 3.49);
     QCOMPARE(GetTarifPreis(shipped, tagNacht, At(1, 18), false), 1.99);
     QCOMPARE(GetTarifPreis(shipped, tagNacht, At(6, 12), false), 1.49);
     QCOMPARE(GetTarifPreis(shipped, tagNacht, At(3, 12), true), 1.49);
 
-    const QString volumen = QStringLiteral("Netzfalke - Volumen 500.tel");
+    const QString volumen = u"Netzfalke - Volumen 500.tel"_s;
     QVERIFY(IsVolumentarif(shipped, volumen));
     QCOMPARE(GetTarifVolumengrenze(shipped, volumen), 500000.0);
-    QCOMPARE(GetPreisEinheit(shipped, volumen), QStringLiteral("1MB"));
+    QCOMPARE(GetPreisEinheit(shipped, volumen), u"1MB"_s);
 
-    const QString frei = QStringLiteral("Mobilnetz Plus - Freiminuten 100.tel");
+    const QString frei = u"Mobilnetz Plus - Freiminuten 100.tel"_s;
     QCOMPARE(GetTarifFreiminuten(shipped, frei), 100.0);
     QCOMPARE(GetGrundgebuehrJeVerbindung(shipped, frei), 0.05f);
 
     // Fetched from the update service, with decimal points.
-    const QString sekunde = QStringLiteral("Sternnetz - Sekundentakt.atl");
+    const QString sekunde = u"Sternnetz - Sekundentakt.atl"_s;
     QCOMPARE(GetTarifPreis(shipped, sekunde, At(1, 12), false), 2.69);
     QCOMPARE(GetGrundgebuehrJeVerbindung(shipped, sekunde), 0.099f);
     QCOMPARE(ParseTakt(GetActualTakt(shipped, sekunde)).rest, 1.0f);

@@ -1,12 +1,12 @@
 #include "metering/ConnectionRecord.h"
 #include "metering/RecordingCheckpoint.h"
 #include "support/PrivateBus.h"
+#include "support/TempDataDir.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
@@ -14,35 +14,32 @@
 #include <sys/stat.h>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 // Starts the real program on a data directory of its own and ends it the way
 // the desktop session does, or kills it.
 class TestProgram : public QObject {
   Q_OBJECT
 
-  QTemporaryDir home_;
+  minutor::test::TempDataDir home_;
   ::test::PrivateBus bus_;
   bool hasNetworkManager_ = false;
 
   QString data(const QString& relative = {}) const {
-    return home_.path() + QStringLiteral("/minutor") +
-           (relative.isEmpty() ? QString() : QLatin1Char('/') + relative);
+    return home_.path() + u"/minutor"_s + (relative.isEmpty() ? QString() : QLatin1Char('/') + relative);
   }
 
   void write(const QString& relative, const QByteArray& bytes) const {
-    QDir().mkpath(QFileInfo(data(relative)).absolutePath());
-    QFile file(data(relative));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
+    home_.write(u"minutor/"_s + relative, bytes);
   }
 
   void start(QProcess& program) const {
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("XDG_DATA_HOME"), home_.path());
-    env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home_.path());
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    env.insert(u"XDG_DATA_HOME"_s, home_.path());
+    env.insert(u"XDG_RUNTIME_DIR"_s, home_.path());
+    env.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
     if (hasNetworkManager_) {
-      env.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), bus_.address());
+      env.insert(u"DBUS_SYSTEM_BUS_ADDRESS"_s, bus_.address());
     }
     program.setProcessEnvironment(env);
     program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -69,22 +66,20 @@ class TestProgram : public QObject {
  private slots:
   void initTestCase() {
     QVERIFY(QFile::setPermissions(home_.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-    hasNetworkManager_ = bus_.Start(QStringLiteral("program")) &&
-                         bus_.StartMock({QStringLiteral("-t"), QStringLiteral("networkmanager")},
-                                        QStringLiteral("org.freedesktop.NetworkManager")) != nullptr;
+    hasNetworkManager_ =
+        bus_.Start(u"program"_s) &&
+        bus_.StartMock({u"-t"_s, u"networkmanager"_s}, u"org.freedesktop.NetworkManager"_s) != nullptr;
   }
 
   void firstStartLaysOutTheDataAndClosesCleanly() {
     QProcess program;
     start(program);
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(data(QStringLiteral("Benutzer/Supervisor.bdg"))), 20000);
-    QVERIFY(QFile::exists(data(QStringLiteral("Benutzer/Supervisor.usr"))));
-    QVERIFY(!QDir(data(QStringLiteral("Tarife"))).entryList(QStringList{"*.tel"}).isEmpty());
-    QVERIFY(QFile::exists(data(QStringLiteral("Servers.dat"))));
-    QVERIFY(QFile::exists(data(QStringLiteral("Sounds/Standard.wav"))));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(data(u"Benutzer/Supervisor.bdg"_s)), 20000);
+    QVERIFY(QFile::exists(data(u"Benutzer/Supervisor.usr"_s)));
+    QVERIFY(!QDir(data(u"Tarife"_s)).entryList(QStringList{"*.tel"}).isEmpty());  // the shipped files found
     // The passwords' files for this account only.
-    QCOMPARE(mode(data()), QStringLiteral("700"));
-    QCOMPARE(mode(data(QStringLiteral("Benutzer/Supervisor.usr"))), QStringLiteral("600"));
+    QCOMPARE(mode(data()), u"700"_s);
+    QCOMPARE(mode(data(u"Benutzer/Supervisor.usr"_s)), u"600"_s);
     QCOMPARE(program.state(), QProcess::Running);
 
     // A second start says so in a box; the session's end doesn't wait for
@@ -105,13 +100,13 @@ class TestProgram : public QObject {
       QSKIP("no private bus with python3-dbusmock's NetworkManager here");
     }
     // A tariff chosen, and the detection that takes the machine for online.
-    write(QStringLiteral("Config/Overview.cfg"), "\r\nSupervisor\r\nFunkwelle\r\nM - Tag und Nacht\r\n");
-    write(QStringLiteral("Config/ConCheck.cfg"), " 0 \r\n 1 \r\n 0 \r\n 0 \r\n 1 \r\n");
+    write(u"Config/Overview.cfg"_s, "\r\nSupervisor\r\nFunkwelle\r\nM - Tag und Nacht\r\n");
+    write(u"Config/ConCheck.cfg"_s, " 0 \r\n 1 \r\n 0 \r\n 0 \r\n 1 \r\n");
     // SIGKILL in the middle of the recording, then at moments ever closer to
     // the session's end, when the record is being written.
     const QList<int> delays = {-1, 0, 1, 3, 10, 30};
     for (int i = 0; i < delays.size(); ++i) {
-      write(QStringLiteral("Config/Monitoring.cfg"), " 1 \r\n");
+      write(u"Config/Monitoring.cfg"_s, " 1 \r\n");
       QElapsedTimer running;
       running.start();
       QProcess program;
@@ -129,7 +124,7 @@ class TestProgram : public QObject {
 
       // The next start makes the record and tells so in a box, which the
       // session's end closes.
-      write(QStringLiteral("Config/Monitoring.cfg"), " 0 \r\n");
+      write(u"Config/Monitoring.cfg"_s, " 0 \r\n");
       QProcess again;
       start(again);
       QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(data(kCheckpointFile)) && records().size() == i + 1, 20000);

@@ -10,15 +10,14 @@
 #include <QWindow>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // Left and top in twips, fifteen to a pixel here, and the alpha.
-const QString kFile = QStringLiteral("Config/Smallwindowpos.cfg");
+const QString kFile = u"Config/Smallwindowpos.cfg"_s;
 
-QLabel* Field(const SmallWindow& window, int i) {
-  return window.findChild<QLabel*>(QStringLiteral("Label2_%1").arg(i));
-}
+QLabel* Field(const SmallWindow& window, int i) { return window.findChild<QLabel*>(u"Label2_%1"_s.arg(i)); }
 
 void Drag(QWidget* part, QPoint from, QPoint to) {
   QTest::mousePress(part, Qt::LeftButton, {}, from);
@@ -88,7 +87,7 @@ class TestSmallWindow : public QObject {
 
     // The slider sets the opacity as it moves, saves it on release and never
     // drags the window.
-    QWidget* slider = window->findChild<QWidget*>(QStringLiteral("Picture2"));
+    QWidget* slider = window->findChild<QWidget*>(u"Picture2"_s);
     const int y = slider->height() / 2;
     QTest::mousePress(slider, Qt::LeftButton, {}, QPoint(3, y));
     QCOMPARE(window->windowOpacity(), 246 / 255.0);
@@ -103,13 +102,13 @@ class TestSmallWindow : public QObject {
 
     Drag(Field(*window, 1), QPoint(5, 5), QPoint(35, 25));
     QTRY_COMPARE(window->pos(), QPoint(130, 120));
-    Drag(window->findChild<QWidget*>(QStringLiteral("Picture1")), QPoint(2, 2), QPoint(12, 2));
+    Drag(window->findChild<QWidget*>(u"Picture1"_s), QPoint(2, 2), QPoint(12, 2));
     QTRY_COMPARE(window->pos(), QPoint(140, 120));
 
     QTest::mouseDClick(Field(*window, 2), Qt::LeftButton, {}, QPoint(3, 3));
     QCOMPARE(restore.count(), 1);
     QCOMPARE(window->pos(), QPoint(140, 120));
-    QTest::mouseClick(window->findChild<QToolButton*>(QStringLiteral("Command1")), Qt::LeftButton);
+    QTest::mouseClick(window->findChild<QToolButton*>(u"Command1"_s), Qt::LeftButton);
     QCOMPARE(minimise.count(), 1);
     QVERIFY(window->isMinimized());
   }

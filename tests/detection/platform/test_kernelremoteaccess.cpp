@@ -1,10 +1,10 @@
 #include "detection/RasStates.h"
 #include "detection/platform/KernelRemoteAccess.h"
+#include "support/TempDataDir.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace minutor;
@@ -15,25 +15,17 @@ using namespace Qt::StringLiterals;
 class TestKernelRemoteAccess : public QObject {
   Q_OBJECT
 
-  QTemporaryDir root_;
+  std::unique_ptr<test::TempDataDir> root_;
 
-  QString path(const QString& relative) const { return root_.filePath(relative); }
+  QString path(const QString& relative) const { return root_->path(relative); }
   QByteArray bytes(const QString& relative) const { return path(relative).toUtf8(); }
+  QByteArray read(const QString& relative) const { return root_->read(relative); }
 
   void write(const QString& relative, const QByteArray& text, bool executable = false) {
-    QDir().mkpath(QFileInfo(path(relative)).absolutePath());
-    QFile file(path(relative));
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(text);
-    file.close();
+    root_->write(relative, text);
     if (executable) {
-      file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+      QFile::setPermissions(path(relative), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
-  }
-
-  QByteArray read(const QString& relative) const {
-    QFile file(path(relative));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
   }
 
   void addInterface(const QString& name, const QByteArray& type, const QByteArray& flags) {
@@ -47,7 +39,7 @@ class TestKernelRemoteAccess : public QObject {
 
  private slots:
   void init() {
-    QDir(root_.path()).removeRecursively();
+    root_ = std::make_unique<test::TempDataDir>();
     QDir().mkpath(path("run"));
     write("ppp/peers/arcor", "noauth\nuser \"arcor user\" # comment\nconnect \"/usr/sbin/chat -v -f " +
                                  bytes("chatscripts/arcor") + "\"\n/dev/ttyS0\n");

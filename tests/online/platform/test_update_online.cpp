@@ -12,6 +12,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -33,7 +34,7 @@ class TestServer : public QObject {
       }
     });
   }
-  QString base() const { return QStringLiteral("http://127.0.0.1:%1").arg(server_.serverPort()); }
+  QString base() const { return u"http://127.0.0.1:%1"_s.arg(server_.serverPort()); }
   QHash<QByteArray, Page> pages;
   QList<QByteArray> asked;
 
@@ -67,7 +68,7 @@ QString Unreachable() {
   closed.listen(QHostAddress::LocalHost);
   const quint16 port = closed.serverPort();
   closed.close();
-  return QStringLiteral("http://127.0.0.1:%1").arg(port);
+  return u"http://127.0.0.1:%1"_s.arg(port);
 }
 
 const QByteArray kTariff = "[Providerdaten]\nName:Neu - Eins\nTakt:60/60\n";
@@ -90,13 +91,20 @@ class TestUpdateOnline : public QObject {
                        "<tel/2/y|/tmp/Weg - Da.atl>\n[0003]\n<tel/3/Neu - Zwei.atl|Neu - Zwei.atl>\n"});
     good.pages.insert("/tel/2/Neu - Eins.atl", {kTariff});
     good.pages.insert("/tel/3/Neu - Zwei.atl", {QByteArray(1'000'001, 'x')});
-    s.data.write(QStringLiteral("Revision.dat"), "330\r\n");
-    s.data.write(QStringLiteral("Config/Update.cfg"), " 1 \r\n01.01.2026\r\n");
-    s.data.write(QStringLiteral("Servers.dat"),
-                 (Unreachable() + "\r\n\r\nfile:///etc\r\n" + silent.base() + "\r\n" + garbage.base() +
-                  "\r\n" + stale.base() + "\r\n" + good.base() + "\r\n")
-                     .toUtf8());
     NetworkFetcher fetcher(Quick());
+    {
+      // Without Servers.dat the user is told at once.
+      UpdateCheck check(s.data.dir(), s.prompter, fetcher);
+      QSignalSpy checked(&check, &UpdateCheck::finished);
+      check.Start();
+      QVERIFY(checked.size() == 1 && check.Entries().isEmpty());
+      QVERIFY(s.prompter.messages.takeFirst().startsWith("Kann die Datei 'Servers.dat' nicht finden."));
+    }
+    s.data.write(u"Revision.dat"_s, "330\r\n");
+    s.data.write(u"Config/Update.cfg"_s, " 1 \r\n01.01.2026\r\n");
+    s.data.write(u"Servers.dat"_s, (Unreachable() + "\r\n\r\nfile:///etc\r\n" + silent.base() + "\r\n" +
+                                    garbage.base() + "\r\n" + stale.base() + "\r\n" + good.base() + "\r\n")
+                                       .toUtf8());
     UpdateCheck check(s.data.dir(), s.prompter, fetcher);
     QSignalSpy checked(&check, &UpdateCheck::finished);
     check.Start();
@@ -115,12 +123,11 @@ class TestUpdateOnline : public QObject {
     download.Start();
     QVERIFY(done.wait(10000));
     QCOMPARE(download.Written(), QStringList{"Tarife/Neu - Eins.atl"});
-    QCOMPARE(s.data.read(QStringLiteral("Tarife/Neu - Eins.atl")),
+    QCOMPARE(s.data.read(u"Tarife/Neu - Eins.atl"_s),
              QByteArray("[Providerdaten]\r\nName:Neu - Eins\r\nTakt:60/60\r\n"));
     QCOMPARE(progress.size(), 2);
-    QCOMPARE(s.data.read(QStringLiteral("Config/Update.cfg")), QByteArray(" 3 \r\n23.11.2026\r\n"));
-    QCOMPARE(QDir(s.data.path(QStringLiteral("Tarife"))).entryList(QDir::Files),
-             QStringList{"Neu - Eins.atl"});
+    QCOMPARE(s.data.read(u"Config/Update.cfg"_s), QByteArray(" 3 \r\n23.11.2026\r\n"));
+    QCOMPARE(QDir(s.data.path(u"Tarife"_s)).entryList(QDir::Files), QStringList{"Neu - Eins.atl"});
   }
 
   void cancelStopsTheTransferAndKeepsTheBatch() {
@@ -139,7 +146,7 @@ class TestUpdateOnline : public QObject {
     download.Cancel();
     QTest::qWait(100);
     QCOMPARE(download.Written(), QStringList{"Tarife/Neu - A.atl"});
-    QVERIFY(!s.data.dir().FileExists(QStringLiteral("Config/Update.cfg")));
+    QVERIFY(!s.data.dir().FileExists(u"Config/Update.cfg"_s));
 
     // A check that goes away while its server is silent (the connection
     // ended) is never answered.
@@ -152,20 +159,9 @@ class TestUpdateOnline : public QObject {
     QTest::qWait(1500);
   }
 
-  void withoutServersDatTheUserIsTold() {
-    minutor::test::TestServices s;
-    NetworkFetcher fetcher(Quick());
-    UpdateCheck check(s.data.dir(), s.prompter, fetcher);
-    QSignalSpy checked(&check, &UpdateCheck::finished);
-    check.Start();
-    QCOMPARE(checked.size(), 1);
-    QVERIFY(check.Entries().isEmpty());
-    QVERIFY(s.prompter.messages.value(0).startsWith("Kann die Datei 'Servers.dat' nicht finden."));
-  }
-
   void theClockIsSetThroughTimedatedUnlessTheSystemKeepsIt() {
     ::test::PrivateBus bus;
-    if (!bus.Start(QStringLiteral("timedated"))) {
+    if (!bus.Start(u"timedated"_s)) {
       QSKIP("dbus-daemon can't start a private bus here");
     }
     // Berlin in winter: UTC + 1 hour.
@@ -174,7 +170,7 @@ class TestUpdateOnline : public QObject {
     server.pages.insert(
         "/xdate?Etc/GMT",
         {"<html><body><p>Current Timezone: Etc/GMT</p><H2>Mon Nov 23 10:05:09 GMT 2026</H2></body>"});
-    s.data.write(QStringLiteral("Online.dat"), ("\r\n" + server.base() + "\r\n").toUtf8());
+    s.data.write(u"Online.dat"_s, ("\r\n" + server.base() + "\r\n").toUtf8());
     NetworkFetcher fetcher(Quick());
     TimedatedClockSetter setter(bus.connection());
 
@@ -193,21 +189,17 @@ class TestUpdateOnline : public QObject {
         QByteArray::number(QDateTime(QDate(2026, 11, 23), QTime(10, 5, 9), Qt::UTC).toMSecsSinceEpoch() *
                            1000) +
         ">, <false>, <true>";
-    struct Case {
-      bool ntp;
-      bool refuse;
-      QString text;
-    };
-    for (const Case& c : {Case{false, false, "Zeit um ±00:05:09 korrigiert."},
-                          Case{true, false, "Nicht korrigiert: das System stellt die Uhr selbst."},
-                          Case{false, true, "Nicht korrigiert: keine Berechtigung."}}) {
+    for (const auto& [ntp, refuse, text] :
+         {std::tuple{false, false, "Zeit um ±00:05:09 korrigiert."},
+          {true, false, "Nicht korrigiert: das System stellt die Uhr selbst."},
+          {false, true, "Nicht korrigiert: keine Berechtigung."}}) {
       QProcess* timedated =
-          bus.StartMock({"-t", "timedated", "-p", c.ntp ? R"({"NTP": true})" : R"({"NTP": false})"},
-                        QStringLiteral("org.freedesktop.timedate1"));
+          bus.StartMock({"-t", "timedated", "-p", ntp ? R"({"NTP": true})" : R"({"NTP": false})"},
+                        u"org.freedesktop.timedate1"_s);
       if (timedated == nullptr) {
         QSKIP("python3-dbusmock's timedated template doesn't start");
       }
-      if (c.refuse) {
+      if (refuse) {
         mock({"org.freedesktop.DBus.Mock.AddMethod", "org.freedesktop.timedate1", "SetTime", "xbb", "",
               "raise dbus.exceptions.DBusException('nein', name='org.freedesktop.DBus.Error.AccessDenied')"});
       }
@@ -215,9 +207,9 @@ class TestUpdateOnline : public QObject {
       QSignalSpy finished(&correction, &TimeCorrection::finished);
       correction.Start();
       QVERIFY(finished.wait(10000));
-      QCOMPARE(finished.first().first().toString(), c.text);
+      QCOMPARE(finished.first().first().toString(), QString::fromUtf8(text));
       const QByteArray recorded = mock({"org.freedesktop.DBus.Mock.GetMethodCalls", "SetTime"});
-      QVERIFY2(recorded.contains(setTime) == !c.ntp, recorded);
+      QVERIFY2(recorded.contains(setTime) == !ntp, recorded);
       ::test::PrivateBus::Stop(*timedated);
     }
   }

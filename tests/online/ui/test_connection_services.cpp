@@ -13,6 +13,7 @@
 #include <QTest>
 
 using namespace minutor;
+using namespace Qt::StringLiterals;
 using test::Find;
 
 namespace {
@@ -29,7 +30,7 @@ struct Setup : test::TestServices {
 
   Setup() : TestServices(QDateTime(QDate(2024, 1, 2), QTime(20, 15, 0))) {
     data.write("Tarife/Test - Minute.tel", "Takt:60/60\r\n");
-    state.AktuellerTarif = QStringLiteral("Test - Minute.tel");
+    state.AktuellerTarif = u"Test - Minute.tel"_s;
     data.write("Servers.dat", "http://u\r\n");
     data.write("Revision.dat", "330\r\n");
     data.write("Online.dat", "\r\nhttp://t\r\n");
@@ -52,15 +53,15 @@ class TestConnectionServices : public QObject {
     ConnectionPanel panel(s.services, s.traffic);
     panel.SetOnline(&s.fetcher, &s.clockSetter);
     QVERIFY(panel.Load());
-    auto* timer1 = Find<QTimer>(panel, QStringLiteral("Timer1"));
+    auto* timer1 = Find<QTimer>(panel, u"Timer1"_s);
     QVERIFY(timer1->isActive());
     QCOMPARE(timer1->interval(), 30000);
 
     panel.services()->RunServices();
-    QCOMPARE(panel.LabelText("lblTarifupdates"), QStringLiteral("Prüfe auf Updates..."));
-    QTRY_COMPARE(panel.LabelText("lblTimeSync"), QStringLiteral("Zeit um ±00:05:00 korrigiert."));
-    QCOMPARE(panel.LabelText("lblTarifupdates"), QStringLiteral("2 Tarife gefunden."));
-    QCOMPARE(panel.LabelText("lblProgrammupdates"), QStringLiteral("Neues Update verfügbar."));
+    QCOMPARE(panel.LabelText("lblTarifupdates"), u"Prüfe auf Updates..."_s);
+    QTRY_COMPARE(panel.LabelText("lblTimeSync"), u"Zeit um ±00:05:00 korrigiert."_s);
+    QCOMPARE(panel.LabelText("lblTarifupdates"), u"2 Tarife gefunden."_s);
+    QCOMPARE(panel.LabelText("lblProgrammupdates"), u"Neues Update verfügbar."_s);
     // The search came first, the page of the time service after it.
     QCOMPARE(s.fetcher.asked, (QStringList{"http://u/update.txt", "http://t/xdate?Etc/GMT"}));
     QCOMPARE(s.clockSetter.moments, QList<QDateTime>{QDateTime(QDate(2024, 1, 2), QTime(20, 20, 0))});
@@ -84,11 +85,11 @@ class TestConnectionServices : public QObject {
     list->item(0)->setCheckState(Qt::Unchecked);
     list->item(1)->setCheckState(Qt::Unchecked);
     Find<QPushButton>(*dialog, "Command1_0")->click();
-    QCOMPARE(s.prompter.messages.value(0), QStringLiteral("Keine Tarife zum herunterladen markiert!"));
+    QCOMPARE(s.prompter.messages.value(0), u"Keine Tarife zum herunterladen markiert!"_s);
     list->item(0)->setCheckState(Qt::Checked);
     list->item(1)->setCheckState(Qt::Checked);
     Find<QPushButton>(*dialog, "Command1_0")->click();
-    QTRY_COMPARE(panel.LabelText("lblTarifupdates"), QStringLiteral("Tarifupdate durchgeführt."));
+    QTRY_COMPARE(panel.LabelText("lblTarifupdates"), u"Tarifupdate durchgeführt."_s);
     QCOMPARE(s.data.read("Tarife/Neu - A.atl"), QByteArray("Name:Neu - A\r\n"));
     QCOMPARE(s.data.read("Config/Update.cfg"), QByteArray(" 1 \r\n02.01.2024\r\n"));
     QVERIFY(!label->font().underline());
@@ -103,10 +104,9 @@ class TestConnectionServices : public QObject {
     panel.SetOnline(&s.fetcher, &s.clockSetter);
     QVERIFY(panel.Load());
     panel.services()->RunServices();
-    QTRY_COMPARE(panel.LabelText("lblTimeSync"),
-                 QStringLiteral("Nicht korrigiert: das System stellt die Uhr selbst."));
-    QCOMPARE(panel.LabelText("lblTarifupdates"), QStringLiteral("Keine Tarife gefunden."));
-    QCOMPARE(panel.LabelText("lblProgrammupdates"), QStringLiteral("Kein Programmupd. gefunden."));
+    QTRY_COMPARE(panel.LabelText("lblTimeSync"), u"Nicht korrigiert: das System stellt die Uhr selbst."_s);
+    QCOMPARE(panel.LabelText("lblTarifupdates"), u"Keine Tarife gefunden."_s);
+    QCOMPARE(panel.LabelText("lblProgrammupdates"), u"Kein Programmupd. gefunden."_s);
     // An untick before the timer fired cancels the correction.
     s.clockSetter.moments.clear();
     ConnectionPanel second(s.services, s.traffic);
