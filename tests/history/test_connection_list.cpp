@@ -154,7 +154,6 @@ class TestConnectionList : public QObject {
   void newestRunHandsOverOnlyTheNewest() {
     test::TempDataDir data;
     WriteHistory(data);
-<<<<<<< HEAD
     const DataDir dir = data.dir();
     const auto load = [dir](const QString& period) {
       return [dir, period](const std::atomic<bool>& cancel, const std::function<void(int)>& progress) {
@@ -168,25 +167,15 @@ class TestConnectionList : public QObject {
     const auto tell = [&](int value) { progress.append(value); };
     {
       NewestRun<ListResult> run;
-      run.Start(load(QStringLiteral("Heute")), take, tell);
-      run.Start(load(QStringLiteral("Gesamt")), take, tell);
+      run.Start(load(u"Heute"_s), take, tell);
+      run.Start(load(u"Gesamt"_s), take, tell);
       QVERIFY(run.IsRunning());
       QTRY_VERIFY(!run.IsRunning());
-      run.Start(load(QStringLiteral("Gesamt")), take, tell);
+      run.Start(load(u"Gesamt"_s), take, tell);
       run.Drop();
       QVERIFY(!run.IsRunning());
     }
     QThreadPool::globalInstance()->waitForDone();
-=======
-    auto loader = std::make_unique<ListLoader>(data.dir());
-    QSignalSpy spy(loader.get(), &ListLoader::loaded);
-    loader->Load(AllOf(data.dir(), u"Heute"_s), SortByHeader(kColumnDatum));
-    loader->Load(AllOf(data.dir()), SortByHeader(kColumnDatum));
-    QVERIFY(loader->IsLoading());
-    QVERIFY(spy.wait());
-    QVERIFY(!loader->IsLoading());
-    loader.reset();  // waits for the overtaken request
->>>>>>> testtrim
     QCoreApplication::processEvents();
     QCOMPARE(done.size(), 1);
     QCOMPARE(progress, QList<int>{2});
