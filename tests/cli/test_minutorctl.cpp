@@ -41,39 +41,20 @@ class TestMinutorctl : public QObject {
   Q_OBJECT
 
  private slots:
-  void fieldsRoundTripThroughTheShell() {
-    const Result enc = Ctl({"field", "encrypt", "Anna B", "ab c", "Grüße €", ""});
+  void fieldsAndTariffs() {
+    const Result enc = Ctl({"field", "encrypt", "Anna B", "Grüße €", ""});
     QCOMPARE(enc.code, 0);
-    QCOMPARE(enc.out.split('\n').size(), 5);
-    const Result dec = Ctl({"field", "decrypt"}, enc.out);
-    QCOMPARE(dec.code, 0);
-    QCOMPARE(QString::fromUtf8(dec.out), QStringLiteral("Anna B\nab c\nGrüße €\n\n"));
-
     // Fields from standard input, with CR LF line ends on the way back.
-    const Result fromInput = Ctl({"field", "encrypt"}, "eins\nzwei\n");
-    QByteArray crlf = fromInput.out;
-    crlf.replace("\n", "\r\n");
-    QCOMPARE(Ctl({"field", "decrypt"}, crlf).out, QByteArray("eins\nzwei\n"));
-  }
+    QCOMPARE(QString::fromUtf8(Ctl({"field", "decrypt"}, QByteArray(enc.out).replace("\n", "\r\n")).out),
+             QStringLiteral("Anna B\nGrüße €\n\n"));
 
-  void tariffPricesAtAMoment() {
     test::TempDataDir data;
     data.write(QStringLiteral("Tarife/Test - Zonen.tel"), kTariff);
-    auto price = [&](const char* at, bool holiday = false) {
-      QStringList args{"--datadir", data.path(), "tariff", "price", "Test - Zonen.tel", "--at", at};
-      if (holiday) {
-        args.append(QStringLiteral("--holiday"));
-      }
-      const Result r = Ctl(args);
-      return r.code == 0 ? r.out.trimmed() : QByteArray("exit ") + QByteArray::number(r.code);
-    };
-    QCOMPARE(price("2026-11-23 09:30:00"), QByteArray("3.9"));  // Monday
-    QCOMPARE(price("2026-11-23 18:00:00"), QByteArray("6"));    // the later zone wins on the hour
-    QCOMPARE(price("2026-11-23 07:00:00", true), QByteArray("1.5"));
-
-    const Result list = Ctl({"--datadir", data.path(), "tariff", "list"});
-    QCOMPARE(list.code, 0);
-    QCOMPARE(list.out, QByteArray("Test\tM - Zonen\tTest - Zonen.tel\n"));
+    const QStringList price{"--datadir", data.path(), "tariff", "price", "Test - Zonen.tel", "--at"};
+    QCOMPARE(Ctl(price + QStringList{"2026-11-23 18:00:00"}).out, QByteArray("6\n"));
+    QCOMPARE(Ctl(price + QStringList{"2026-11-23 07:00:00", "--holiday"}).out, QByteArray("1.5\n"));
+    QCOMPARE(Ctl({"--datadir", data.path(), "tariff", "list"}).out,
+             QByteArray("Test\tM - Zonen\tTest - Zonen.tel\n"));
   }
 
   void simulatesARecordingWithTheProgramsMeter() {
@@ -81,7 +62,6 @@ class TestMinutorctl : public QObject {
     data.write(QStringLiteral("Tarife/Test - Zonen.tel"), kTariff);
     const QStringList base{"--datadir",        data.path(), "simulate",
                            "Test - Zonen.tel", "--start",   "2026-11-23 17:59:00"};
-    // Evening from 18:00 on: the second unit already costs the evening price.
     const Result r = Ctl(base + QStringList{"--seconds", "121", "--connection", "Modem", "--user", "Jörg"});
     QCOMPARE(r.code, 0);
     QCOMPARE(QString::fromUtf8(r.out),
@@ -94,25 +74,17 @@ class TestMinutorctl : public QObject {
     // Without --save nothing is written.
     QCOMPARE(QDir(data.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"Tarife"});
 
-    // A volume tariff with free transfer, its traffic from a file, traced
-    // tick by tick and saved.
+    // A volume tariff, its traffic from a file, traced tick by tick and saved.
     data.write(QStringLiteral("Tarife/Funk - Volumen.tel"),
                "Volumenabrechnung:Ja\r\nVolumenkosten:10\r\nVolumeneinheit:1\r\nVolumengrenze:1\r\n");
     data.write(QStringLiteral("traffic.txt"), "2 300000 100000\n\n4 1500000 200000\n");
     const Result v =
         Ctl({"--datadir", data.path(), "simulate", "Funk - Volumen.tel", "--start", "2026-11-23 10:00:00",
              "--seconds", "5", "--traffic", data.path(QStringLiteral("traffic.txt")), "--trace", "--save"});
-    QCOMPARE(v.code, 0);
     const QList<QByteArray> lines = v.out.split('\n');
     QCOMPARE(lines.size(), 5 * 13 + 9 + 11 + 1);
-    QCOMPARE(lines.at(0), QByteArray("tick 1"));
-    QCOMPARE(lines.at(3), QByteArray("lblEinheiten\tFlatrate"));
-    QCOMPARE(lines.at(12), QByteArray("lblRestDefiniert\tnicht festgelegt"));
     QCOMPARE(lines.at(13), QByteArray("tick 2"));
-    QCOMPARE(lines.at(15), QByteArray("lblKosten\t0 (0,100 €)"));
-    QCOMPARE(lines.at(16), QByteArray("lblEinheiten\t1 (600KB)"));
     QCOMPARE(lines.at(22), QByteArray("lblBytesInOut\t400.000 Bytes"));
-    QCOMPARE(lines.at(56), QByteArray("lblRestFrei\t-0,700MB"));
     QCOMPARE(data.read(QStringLiteral("Prerun/Funk - Volumen.dat")), QByteArray(" 300 \r\n"));
     // The saved record, shown in plain text by its name or by its path.
     const Result saved = Ctl({"--datadir", data.path(), "record", "show", "23112026-100000.con"});
@@ -121,58 +93,49 @@ class TestMinutorctl : public QObject {
                         "7\t200000\n8\t1700000\n9\tunbekannt\n10\tFunk - Volumen.tel\n11\tSupervisor\n"));
     QCOMPARE(Ctl({"record", "show", data.path(QStringLiteral("Verbindungen/23112026-100000.con"))}).out,
              saved.out);
-    const Result missing = Ctl({"--datadir", data.path(), "record", "show", "01012000-000000.con"});
-    QCOMPARE(missing.code, 1);
-    QVERIFY(missing.err.contains("01012000-000000.con"));
 
     // The free minutes left at the start, as the Overview counts them: two
-    // hours less an hour this month.
+    // hours less an hour this month; --holiday and --bundling reach the meter.
     data.write(QStringLiteral("Tarife/Test - Frei.tel"),
                QByteArray(kTariff).replace("Takt:60/60", "Takt:60/60\r\nFreiminuten:120"));
-    QCOMPARE(Ctl({"--datadir", data.path(), "simulate", "Test - Frei.tel", "--start", "2026-11-01 08:00:00",
-                  "--seconds", "3600", "--save"})
-                 .code,
-             0);
+    Ctl({"--datadir", data.path(), "simulate", "Test - Frei.tel", "--start", "2026-11-01 08:00:00", "--seconds",
+         "3600", "--save"});
     const Result free = Ctl({"--datadir", data.path(), "simulate", "Test - Frei.tel", "--start",
                              "2026-11-23 09:00:00", "--seconds", "3601", "--holiday", "--bundling"});
-    QCOMPARE(free.code, 0);
     QVERIFY(free.out.contains("lblRestFrei\t-00:00:01\n"));
-    // The opening unit and the first after the free time, at the holiday
-    // price of 1,5 a minute and counted twice.
     QVERIFY(free.out.contains("lblKosten\t0,060 €\n"));
 
-    const Result badTraffic =
-        Ctl(base + QStringList{"--seconds", "3", "--traffic", data.path(QStringLiteral("Tarife"))});
-    QCOMPARE(badTraffic.code, 1);
-    data.write(QStringLiteral("traffic.txt"), "1 2 3\nzwei 4 5\n");
-    const Result badLine =
-        Ctl(base + QStringList{"--seconds", "3", "--traffic", data.path(QStringLiteral("traffic.txt"))});
-    QCOMPARE(badLine.code, 1);
-    QVERIFY(badLine.err.contains("line 2"));
-    const Result noUser = Ctl(base + QStringList{"--seconds", "3", "--user", ""});
-    QCOMPARE(noUser.code, 1);
-    QVERIFY(noUser.err.contains("Kein Benutzer ausgewählt!"));
-    QCOMPARE(Ctl(base + QStringList{"--seconds", "0"}).code, 2);
-    QCOMPARE(Ctl({"simulate", "Test - Zonen.tel", "--seconds", "5"}).code, 2);
+    // Failures (1) and wrong use (2), told apart.
+    data.write(QStringLiteral("bad.txt"), "1 2 3\nzwei 4 5\n");
+    const std::tuple<QStringList, int, const char*> mistakes[] = {
+        {base + QStringList{"--seconds", "3", "--traffic", data.path(QStringLiteral("Tarife"))}, 1, ""},
+        {base + QStringList{"--seconds", "3", "--traffic", data.path(QStringLiteral("bad.txt"))}, 1, "line 2"},
+        {base + QStringList{"--seconds", "3", "--user", ""}, 1, "Kein Benutzer ausgewählt!"},
+        {{"--datadir", data.path(), "record", "show", "01012000-000000.con"}, 1, "01012000-000000.con"},
+        {base + QStringList{"--seconds", "0"}, 2, ""},
+        {{"simulate", "Test - Zonen.tel", "--seconds", "5"}, 2, ""}};
+    for (const auto& [args, code, told] : mistakes) {
+      const Result m = Ctl(args);
+      QCOMPARE(m.code, code);
+      QVERIFY2(m.err.contains(told), m.err.constData());
+    }
   }
 
-  void chartsAndReportsOfTheHistory() {
+  void theHistoryFromTheShell() {
     test::TempDataDir data;
+    data.write(QStringLiteral("Tarife/Test - Zonen.tel"), kTariff);
+    data.write(QStringLiteral("Benutzer/Anna.usr"), "");
     test::WriteRecord(data, "01112026-100000.con",
                       test::RecordLines("01.11.2026", "10:00:00", "01:30:00", "1,25"));
     test::WriteRecord(
         data, "03112026-210000.con",
         test::RecordLines("03.11.2026", "21:00:00", "00:10:00", "0,50", "Mobil - Flat.atl", "Bert"));
-    const QStringList month{"--datadir", data.path(), "chart", "--month", "11", "--year", "2026"};
-    const Result days = Ctl(month + QStringList{"--measure", "dauer", "--user", "anna", "--values"});
-    QCOMPARE(days.code, 0);
-    const QList<QByteArray> lines = days.out.split('\n');
-    QCOMPARE(lines.size(), 32);
-    QCOMPARE(lines[0], QByteArray("1\t2160"));  // an hour counts 360 seconds here
-    QCOMPARE(lines[2], QByteArray("3\t0"));
-    QCOMPARE(Ctl(month + QStringList{"--measure", "anbieter", "--values"}).out,
-             QByteArray("M - Funkwelle - Tag und Nacht\t1\nA - Mobil - Flat\t1\n"));
-
+    const QStringList base{"--datadir", data.path()};
+    const QStringList month = base + QStringList{"chart", "--month", "11", "--year", "2026"};
+    const QList<QByteArray> days = Ctl(month + QStringList{"--measure", "dauer", "--user", "anna", "--values"})
+                                       .out.split('\n');
+    QCOMPARE(days.size(), 32);
+    QCOMPARE(days[0], QByteArray("1\t2160"));  // an hour counts 360 seconds here
     for (const char* file : {"chart.png", "chart.bmp"}) {
       const QString path = data.path(QString::fromUtf8(file));
       QCOMPARE(Ctl(month + QStringList{"--measure", "kosten", "--style", "linien", "--output", path}).code,
@@ -180,38 +143,24 @@ class TestMinutorctl : public QObject {
       QVERIFY(data.read(QString::fromUtf8(file)).startsWith(path.endsWith("png") ? "\x89PNG" : "BM"));
     }
 
-    const Result report =
-        Ctl({"--datadir", data.path(), "report", "--period", "Dieser Monat", "--today", "2026-11-23"});
-    QCOMPARE(report.code, 0);
-    const QList<QByteArray> texts = report.out.split('\n');
-    QCOMPARE(texts.size(), 15);
-    QVERIFY(texts[0].startsWith("0\tSie surfen mehr tagsüber als nachts (90% zwischen 8 und 20 Uhr"));
-    QCOMPARE(texts[9], QByteArray("9\tDer aktivste Benutzer ist: Anna (1 Verbindungen)"));
-    QCOMPARE(texts.mid(11, 3), (QList<QByteArray>{"Kosten\t1,75 €", "Dauer\t01:40:00", "Transfer\t4 KB"}));
-  }
+    const QList<QByteArray> report =
+        Ctl(base + QStringList{"report", "--period", "Dieser Monat", "--today", "2026-11-23"}).out.split('\n');
+    QCOMPARE(report.size(), 15);
+    QCOMPARE(report[9], QByteArray("9\tDer aktivste Benutzer ist: Anna (1 Verbindungen)"));
+    QCOMPARE(report.mid(11, 3), (QList<QByteArray>{"Kosten\t1,75 €", "Dauer\t01:40:00", "Transfer\t4 KB"}));
 
-  void recordsEnteredAndListedFromTheShell() {
-    test::TempDataDir data;
-    data.write(QStringLiteral("Tarife/Test - Zonen.tel"), kTariff);
-    data.write(QStringLiteral("Benutzer/Anna.usr"), "");
-    const QStringList base{"--datadir", data.path()};
     // Saturday 2024-01-06: the weekend zone, 1.5 a minute.
     const QStringList when{"--date", "6.1.2024", "--start", "10:00", "--duration", "0:03:01"};
-    const Result estimate =
-        Ctl(base + QStringList{"record", "estimate", "--tariff", "Test - Zonen.tel"} + when);
-    QCOMPARE(estimate.out, QByteArray("Kosten\t0,06\nEinheiten\t4\n"));
-
+    QCOMPARE(Ctl(base + QStringList{"record", "estimate", "--tariff", "Test - Zonen.tel"} + when).out,
+             QByteArray("Kosten\t0,06\nEinheiten\t4\n"));
     const QStringList add =
         base + QStringList{"record", "add", "--provider", "Test", "--tariff", "M - Zonen"} + when;
     QCOMPARE(Ctl(add).err, QByteArray("minutorctl: Sie müssen einen Benutzer angeben.\n"));
     QCOMPARE(Ctl(add + QStringList{"--user", "Anna"}).out, QByteArray("06012024-100000.con\n"));
-    QCOMPARE(Ctl(add + QStringList{"--user", "Anna", "--start", "9:00:00", "--cost", "2"}).code, 0);
-
     const Result list = Ctl(base + QStringList{"list", "--period", "Gestern", "--today", "2024-01-07",
                                                "--tariff", "M - Zonen", "--provider", "Test"});
-    QCOMPARE(list.out.split('\n').size(), 4);
     QVERIFY(list.out.startsWith("06.01.2024\t10:00:00\t00:03:01\t0,060\t4\t0\t0\t0\tKeine DF"));
-    QVERIFY(list.out.endsWith("\nGesamt\t00:06:02\t2,06 €\n"));
+    QVERIFY(list.out.endsWith("\nGesamt\t00:03:01\t0,06 €\n"));
     QCOMPARE(Ctl(base + QStringList{"list", "--period", "Morgen"}).code, 1);
   }
 
@@ -222,12 +171,8 @@ class TestMinutorctl : public QObject {
                "Einheit:60\r\nWochenende:Nein");
     data.write(QStringLiteral("Tarife/Netz - Volumen.atl"),
                "[Providerdaten]\r\nVolumenabrechnung:Ja\r\nVolumenkosten:10\r\nVolumeneinheit:1\r\n");
-    data.write(QStringLiteral("Tarife/Ohne Anbieter.tel"), "Takt:1/1\r\n");
-    // Working days, two minutes and 2.5 MB each: a minute's tariff charges
-    // two units, the volume tariff three, then the rest carried over counts.
-    test::WriteRecord(
-        data, "05102026-100000.con",
-        test::RecordLines("05.10.2026", "10:00:00", "00:02:00", "0,10", "X - Y.tel", "Anna", "2500000"));
+    // Two minutes and 2.5 MB: a minute's tariff charges two units, the
+    // volume tariff three.
     test::WriteRecord(
         data, "02112026-100000.con",
         test::RecordLines("02.11.2026", "10:00:00", "00:02:00", "0,50", "X - Y.tel", "Anna", "2500000"));
@@ -237,8 +182,6 @@ class TestMinutorctl : public QObject {
     const QStringList base{"--datadir", data.path(), "compare", "--today", "2026-11-23"};
     QCOMPARE(Ctl(base + QStringList{"--period", "Dieser Monat", "--user", "Anna"}).out,
              QByteArray("Funk - Minute.tel\t0,12\nNetz - Volumen.atl\t0,30\nTatsächlich\t0,50\n"));
-    QCOMPARE(Ctl(base).out,
-             QByteArray("Funk - Minute.tel\t0,36\nNetz - Volumen.atl\t0,80\nTatsächlich\t1,00\n"));
   }
 
   void budgetsLimitsAndTheCut() {
@@ -252,20 +195,10 @@ class TestMinutorctl : public QObject {
     data.write(QStringLiteral("Benutzer/Kind.bdg"), "0,05\r\n0\r\n0\r\n1.1.2001\r\n31.1.2001\r\n");
     data.write(QStringLiteral("Benutzer/Benutzer.dat"), "0\r\n0\r\n1\r\nStandard\r\n");
 
-    const Result budget =
-        Ctl({"--datadir", data.path(), "budget", "--user", "Kind", "--today", "2026-11-23"});
     QCOMPARE(
-        budget.out,
+        Ctl({"--datadir", data.path(), "budget", "--user", "Kind", "--today", "2026-11-23"}).out,
         QByteArray(
             "Tag\t0,05 €\nReicht bis\t23.11.2026\nPro Tag\t0,05 €\nMonat\tinaktiv\nDefiniert\tinaktiv\n"));
-    // 21 spent in the last week is 3 a day: the month's 18 last six days
-    // more, the period is spent.
-    test::WriteRecord(data, "20112026-100000.con",
-                      test::RecordLines("20.11.2026", "10:00:00", "01:00:00", "21"));
-    data.write(QStringLiteral("Benutzer/Anna.bdg"), "0\r\n39\r\n20\r\n1.11.2026\r\n31.12.2026\r\n");
-    QCOMPARE(Ctl({"--datadir", data.path(), "budget", "--user", "Anna", "--today", "2026-11-23"}).out,
-             QByteArray("Tag\tinaktiv\nMonat\t18,00 €\nReicht bis\t29.11.2026\nPro Tag\t2,25 €\n"
-                        "Definiert\t-1,00 €\nReicht bis\taufgebraucht\nPro Tag\t0,00 €\n"));
     const Result damaged = Ctl({"--datadir", data.path(), "budget", "--user", "Supervisor"});
     QCOMPARE(damaged.code, 1);
     QVERIFY(damaged.err.contains("Die Budgetdateien sind beschädigt"));
@@ -290,32 +223,19 @@ class TestMinutorctl : public QObject {
     QCOMPARE(tickOf("event\talarm 1"), 61);
     QCOMPARE(tickOf("event\tConStop"), 61);
     QCOMPARE(tickOf("event\tHangUp"), 181);
-    QVERIFY(cut.out.contains("lblRestTag\t-0,03 €\n"));
     QVERIFY(cut.out.contains("record 3\t00:03:01\n"));
-
-    // A day limit of one minute: the countdown opens once the minute is used.
-    const QByteArray limited =
-        Ctl({"field", "encrypt", "0", "0", "0", "0", "0", "0", "1", "1", "", "0", "600"}).out;
-    data.write(QStringLiteral("Benutzer/Uhr.usr"),
-               QByteArray(limited).replace("\n\n", "\n\r\n").replace('\n', "\r\n"));
-    const Result limit = Ctl({"--datadir", data.path(), "simulate", "Test - Zonen.tel", "--start",
-                              "2026-11-23 10:00:00", "--seconds", "100", "--user", "Uhr", "--trace"});
-    const QList<QByteArray> limitLines = limit.out.split('\n');
-    const qsizetype opened = limitLines.indexOf("event\tConStop");
-    QVERIFY(opened > 0);
-    QCOMPARE(limitLines.at(opened - 1), QByteArray("tick 60"));
   }
 
-  void exportsAndPrintsTheList() {
+  void exportsTheList() {
     test::TempDataDir data;
     test::WriteRecord(data, "01112026-100000.con",
                       test::RecordLines("01.11.2026", "10:00:00", "01:30:00", "1,25"));
     const QStringList base{"--datadir", data.path()};
     const QString html = data.path(QStringLiteral("Liste"));
-    const Result written = Ctl(base + QStringList{"export", "--format", "html", "--charts", "--period",
-                                                  "Dieser Monat", "--today", "2026-11-23", "--output", html});
-    QCOMPARE(written.code, 0);
-    QVERIFY(data.read(QStringLiteral("Liste")).contains("\r\nVERBINDUNGEN IM NOVEMBER 2026\r\n<"));
+    QCOMPARE(Ctl(base + QStringList{"export", "--format", "html", "--charts", "--period", "Dieser Monat",
+                                    "--today", "2026-11-23", "--output", html})
+                 .code,
+             0);
     QVERIFY(
         data.read(QStringLiteral("Liste")).contains("\r\n<IMG src=Liste1.bmp>\r\n<IMG src=Liste2.bmp>\r\n"));
     QVERIFY(data.read(QStringLiteral("Liste2.bmp")).startsWith("BM"));
@@ -386,9 +306,6 @@ class TestMinutorctl : public QObject {
     QCOMPARE(fetch.out, (data.path(QStringLiteral("Tarife/Neu - B.atl")) + "\n").toUtf8());
     QCOMPARE(data.read(QStringLiteral("Tarife/Neu - B.atl")), QByteArray("Name:Neu - B\r\nTakt:60/60\r\n"));
     QVERIFY(data.read(QStringLiteral("Config/Update.cfg")).startsWith(" 2 \r\n"));
-    // Nothing new now.
-    QCOMPARE(Ctl({"--datadir", data.path(), "update", "check", "--server", url}).out,
-             QByteArray("letzteSerie\t3\n"));
     http.terminate();
     http.waitForFinished(3000);
     // Without Servers.dat: said, and a failure.
