@@ -117,13 +117,6 @@ class TestMainWindow : public QObject {
     w.setWindowState(Qt::WindowMaximized);
     QApplication::processEvents();
     QCOMPARE(w.size(), QSize(MainWindow::kWidth, MainWindow::kHeight));
-
-    // No tariff: the recording is refused and monitoring stays off.
-    p.state.AktuellerTarif.clear();
-    w.StartManualRecording();
-    QVERIFY(p.prompter.messages.value(0).startsWith(QStringLiteral("Kein Tarif ausgewählt!")));
-    QVERIFY(!Loaded(w, "Connection") && Loaded(w, "Overview"));
-    QVERIFY(!p.state.MonitoringOn);
   }
 
   void navigationAndTheGroupPages() {

@@ -82,7 +82,6 @@ class TestOverviewPanel : public QObject {
     QCOMPARE(allowance->palette().color(QPalette::WindowText), QColor(0, 128, 0));
     QVERIFY(Find<QProgressBar>(panel, QStringLiteral("barOverview(1)"))->isVisible());
     QCOMPARE(Text(panel, QStringLiteral("lblOverview(9)")), QStringLiteral("100,0%"));
-    QCOMPARE(desk.state.Restfrei, QStringLiteral("1:0,666666666666667:00"));
 
     Choose(panel, QStringLiteral("comAnbieter"), QStringLiteral("Netzfalke"));
     QCOMPARE(Text(panel, QStringLiteral("Label1(36)")),

@@ -59,8 +59,6 @@ class TestConnectionPanel : public QObject {
     QCOMPARE(panel.LabelText(u"lblKosten"_s), u"0,060 €"_s);
     QCOMPARE(captions.last().first().toString(), u"0,060 € | 00:00:01 | 0.0 | unbekannt"_s);
     auto* timer = Find<QTimer>(panel, u"RSTimer"_s);
-    QCOMPARE(timer->interval(), 1000);
-    QCOMPARE(timer->timerType(), Qt::PreciseTimer);
     QTRY_COMPARE_WITH_TIMEOUT(panel.TickCount(), 2, 2000);
 
     // The timer's next 59 ticks, at once.
