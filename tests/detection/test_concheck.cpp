@@ -50,6 +50,8 @@ class TestConCheck : public QObject {
     data.write(u"Config/ConCheck.cfg"_s,
                QByteArray("\xff\x00\x01\r\n2\r\nja\r\n\r\n99999999999999999999", 34));
     QCOMPARE(ReadConCheckBoxes(data.dir()), Boxes(false, false, false, false, 2));
+    data.write(u"Config/ConCheck.cfg"_s, " 1 \r\n 0 \r\n 0 \r\n 0 \r\n 11 \r\n");  // just past the longest
+    QCOMPARE(ReadConCheckBoxes(data.dir()), Boxes(true, false, false, false, 2));
 
     // The ignored addresses are kept as typed.
     QCOMPARE(ReadIgnoredIPsLine(data.dir()), QString());

@@ -83,14 +83,6 @@ class TestStartUp : public QObject {
       QVERIFY2(state.MonitoringOn == on, content.constData());
     }
 
-    // Just past the longest interval; a trailing comma leaves an empty entry.
-    data.write(u"Config/ConCheck.cfg"_s, " 1 \r\n 0 \r\n 1 \r\n 1 \r\n 11 \r\n");
-    data.write(u"Config/IgnoredIPs.cfg"_s, "192.168.*.*, 10.0.0.1 ,\r\n");
-    LoadConCheck(data.dir(), state);
-    QVERIFY(state.MethodIP && !state.MethodIE && state.MethodLAN && state.MethodTAPI);
-    QCOMPARE(state.CheckInterval, 2);
-    QCOMPARE(state.IgnoredIPTable, (QStringList{"192.168.*.*", "10.0.0.1", ""}));
-
     // A short options file leaves the missing lines off.
     state.StartMinimized = state.OnlyMarkedEntries = true;
     data.write(u"Config/Options.cfg"_s, "11\r\n0\r\n1\r\n");
