@@ -31,7 +31,6 @@ class TestOptionsPanel : public QObject {
     OptionsPanel panel(t.services, &remote);
     panel.resize(470, 400);
     panel.show();
-    QCOMPARE(panel.objectName(), u"Options"_s);
     QCOMPARE(t.data.read(u"Config/Options.cfg"_s), optionsBefore);  // loading saves nothing
 
     auto* currency = Find<QComboBox>(panel, u"Combo1_0"_s);

@@ -55,7 +55,6 @@ class TestConnectionServices : public QObject {
     QVERIFY(panel.Load());
     auto* timer1 = Find<QTimer>(panel, u"Timer1"_s);
     QVERIFY(timer1->isActive());
-    QCOMPARE(timer1->interval(), 30000);
 
     panel.services()->RunServices();
     QCOMPARE(panel.LabelText("lblTarifupdates"), u"Prüfe auf Updates..."_s);
