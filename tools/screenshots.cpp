@@ -160,6 +160,11 @@ int main(int argc, char* argv[]) {
   Wait(1500);
   ok = Save(&window, out + QStringLiteral("/list.png")) && ok;
 
+  window.sideBar()->ShowPage(2);
+  window.sideBar()->EntryButton(4)->click();
+  Wait(500);
+  ok = Save(&window, out + QStringLiteral("/budget.png")) && ok;
+
   window.sideBar()->ShowPage(1);
   window.sideBar()->EntryButton(8)->click();
   Wait(1500);

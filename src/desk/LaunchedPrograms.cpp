@@ -94,6 +94,9 @@ QStringList SplitExec(const QString& exec, const QString& name, const QString& p
         quoted = false;
       } else if (c == QLatin1Char('\\') && i + 1 < exec.size()) {
         current += exec[++i];
+      } else if (c == QLatin1Char('%') && i + 1 < exec.size() && exec[i + 1] == QLatin1Char('%')) {
+        // A literal percent sign is written twice, inside quotes as well.
+        current += exec[++i];
       } else {
         current += c;
       }

@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -52,10 +53,18 @@ class AheadReader {
   static constexpr qsizetype kSlots = 8;  // chunks read ahead at most
 
   AheadReader(const QString& folder, const Chosen& chosen, bool withCipher, int readers)
-      : folder_(folder), chosen_(chosen), withCipher_(withCipher),
-        chunks_((chosen.size() + kChunk - 1) / kChunk), slots_(kSlots) {
-    for (int i = 0; i < readers; ++i) {
-      threads_.emplace_back([this] { Run(); });
+      : folder_(folder),
+        chosen_(chosen),
+        withCipher_(withCipher),
+        chunks_((chosen.size() + kChunk - 1) / kChunk),
+        slots_(kSlots) {
+    // A thread the system refuses leaves the reading to those there are,
+    // or, without any, to the caller.
+    try {
+      for (int i = 0; i < readers; ++i) {
+        threads_.emplace_back([this] { Run(); });
+      }
+    } catch (const std::system_error&) {
     }
   }
   AheadReader(const AheadReader&) = delete;
@@ -77,6 +86,9 @@ class AheadReader {
   // Waits for chunk `k` and hands it over; its place is free for the
   // readers again. Chunks are taken in order.
   std::vector<ReadFile> Take(qsizetype k) {
+    if (threads_.empty()) {
+      return ReadChunk(k);
+    }
     Slot& slot = slots_[static_cast<size_t>(k % kSlots)];
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [&] { return slot.chunk == k; });
@@ -94,6 +106,17 @@ class AheadReader {
     std::vector<ReadFile> files;
   };
 
+  std::vector<ReadFile> ReadChunk(qsizetype chunk) const {
+    const qsizetype begin = chunk * kChunk;
+    const qsizetype end = std::min(begin + kChunk, chosen_.size());
+    std::vector<ReadFile> files;
+    files.reserve(static_cast<size_t>(end - begin));
+    for (qsizetype i = begin; i < end; ++i) {
+      files.push_back(ReadOne(folder_, chosen_.at(i).first, withCipher_));
+    }
+    return files;
+  }
+
   void Run() {
     for (;;) {
       qsizetype chunk = 0;
@@ -109,13 +132,7 @@ class AheadReader {
           return;
         }
       }
-      const qsizetype begin = chunk * kChunk;
-      const qsizetype end = std::min(begin + kChunk, chosen_.size());
-      std::vector<ReadFile> files;
-      files.reserve(static_cast<size_t>(end - begin));
-      for (qsizetype i = begin; i < end; ++i) {
-        files.push_back(ReadOne(folder_, chosen_.at(i).first, withCipher_));
-      }
+      std::vector<ReadFile> files = ReadChunk(chunk);
       {
         const std::lock_guard lock(mutex_);
         Slot& slot = slots_[static_cast<size_t>(chunk % kSlots)];

@@ -108,9 +108,9 @@ class TestLaunchedPrograms : public QObject {
     const QString mail =
         write(u"mail.desktop"_s,
               "[Desktop Entry]\n# comment=no\nName=Post\nName[en]=Mail\nType=Application\n"
-              "Exec=\"/opt/Mail Programm/bin/post\" --profile \"a \\\"b\\\"\" %U -n 100%% --title=%c\n"
+              "Exec=\"/opt/Mail Programm/bin/post\" --profile \"a \\\"b\\\" 5%%\" %U -n 100%% --title=%c\n"
               "[Desktop Action New]\nExec=falsch\n");
-    QCOMPARE(DesktopEntryCommand(mail), (QStringList{"/opt/Mail Programm/bin/post", "--profile", "a \"b\"",
+    QCOMPARE(DesktopEntryCommand(mail), (QStringList{"/opt/Mail Programm/bin/post", "--profile", "a \"b\" 5%",
                                                      "-n", "100%", "--title=Post"}));
     const QString link = write(u"link.desktop"_s, "[Desktop Entry]\nType=Link\nURL=http://example.org\n");
     QVERIFY(DesktopEntryCommand(link).isEmpty() &&

@@ -178,6 +178,8 @@ class TestMainWindow : public QObject {
       const QRect frame(client->mapTo(&w, QPoint(0, 0)), client->size());
       for (int index = 0; index < SideBar::kEntries; ++index) {
         QVERIFY(!w.sideBar()->EntryButton(index)->icon().pixmap(32, 32).isNull());
+        const QToolButton* entry = w.sideBar()->EntryButton(index);
+        QVERIFY2(entry->fontMetrics().horizontalAdvance(entry->text()) <= entry->width() - 8, qPrintable(entry->text()));
         if (!w.sideBar()->IsEntryEnabled(index)) {
           continue;
         }

@@ -1,9 +1,12 @@
 #include "frame/ui/SideBar.h"
 
+#include <QFontMetrics>
 #include <QIcon>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace minutor {
 
@@ -31,6 +34,32 @@ constexpr std::array<Entry, SideBar::kEntries> kEntryTable = {{
 // The headers of the three groups. Each page shows all three headers, the
 // one of its own group on top, so the user can switch from every page.
 constexpr std::array<const char*, SideBar::kPages> kGroupNames = {"Allgemein", "Auswertung", "Einstellungen"};
+
+// An entry of the side bar. At a large font a long label ("Verbindungsliste")
+// is set a little smaller, as far as needed, rather than cut short.
+class FittingEntry final : public QToolButton {
+ public:
+  using QToolButton::QToolButton;
+
+  void Fit() {
+    QFont base = parentWidget()->font();
+    const int room = width() - 8;
+    const qreal smallest = base.pointSizeF() * 0.7;  // -0.7 for a font in pixels: left as it is
+    while (room > 0 && smallest > 0 && base.pointSizeF() > smallest &&
+           QFontMetrics(base).horizontalAdvance(text()) > room) {
+      base.setPointSizeF(base.pointSizeF() - 0.25);
+    }
+    if (font() != base) {
+      setFont(base);
+    }
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QToolButton::resizeEvent(event);
+    Fit();
+  }
+};
 
 }  // namespace
 
@@ -68,7 +97,7 @@ SideBar::SideBar(QWidget* parent) : QWidget(parent) {
   for (int index = 0; index < kEntries; ++index) {
     const Entry& entry = kEntryTable[static_cast<std::size_t>(index)];
     QVBoxLayout* layout = pageLayouts[static_cast<std::size_t>(entry.page)];
-    auto* button = new QToolButton(layout->parentWidget());
+    auto* button = new FittingEntry(layout->parentWidget());
     button->setObjectName(QStringLiteral("Label1_%1").arg(index));
     button->setText(QString::fromUtf8(entry.label));
     button->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(entry.icon))));
@@ -93,7 +122,11 @@ SideBar::SideBar(QWidget* parent) : QWidget(parent) {
 
 QString SideBar::Label(int index) const { return EntryButton(index)->text(); }
 
-void SideBar::SetLabel(int index, const QString& label) { EntryButton(index)->setText(label); }
+void SideBar::SetLabel(int index, const QString& label) {
+  auto* button = static_cast<FittingEntry*>(EntryButton(index));
+  button->setText(label);
+  button->Fit();
+}
 
 void SideBar::SetEntryEnabled(int index, bool enabled) {
   wanted_[static_cast<std::size_t>(index)] = enabled;
