@@ -224,6 +224,16 @@ class TestMinutorctl : public QObject {
     QCOMPARE(tickOf("event\tConStop"), 61);
     QCOMPARE(tickOf("event\tHangUp"), 181);
     QVERIFY(cut.out.contains("record 3\t00:03:01\n"));
+
+    // A day limit of one minute: the countdown opens once the minute is used.
+    const QByteArray limited =
+        Ctl({"field", "encrypt", "0", "0", "0", "0", "0", "0", "1", "1", "", "0", "600"}).out;
+    data.write(QStringLiteral("Benutzer/Uhr.usr"),
+               QByteArray(limited).replace("\n\n", "\n\r\n").replace('\n', "\r\n"));
+    const QList<QByteArray> limit = Ctl({"--datadir", data.path(), "simulate", "Test - Zonen.tel", "--start",
+                                         "2026-11-23 10:00:00", "--seconds", "100", "--user", "Uhr", "--trace"})
+                                        .out.split('\n');
+    QCOMPARE(limit.value(limit.indexOf("event\tConStop") - 1), QByteArray("tick 60"));
   }
 
   void exportsTheList() {
