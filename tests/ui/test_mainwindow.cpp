@@ -174,12 +174,18 @@ class TestMainWindow : public QObject {
       Program p(true, true);
       MainWindow& w = *p.window;
       QVERIFY(QTest::qWaitForWindowExposed(&w));
+      for (int field = 0; field < 3; ++field) {
+        const QLabel* status = w.statusField(field);
+        QVERIFY2(status->fontMetrics().horizontalAdvance(status->text()) <= status->contentsRect().width(),
+                 qPrintable(status->text()));
+      }
       const QWidget* client = w.findChild<QWidget*>(QStringLiteral("Picture2"));
       const QRect frame(client->mapTo(&w, QPoint(0, 0)), client->size());
       for (int index = 0; index < SideBar::kEntries; ++index) {
         QVERIFY(!w.sideBar()->EntryButton(index)->icon().pixmap(32, 32).isNull());
         const QToolButton* entry = w.sideBar()->EntryButton(index);
-        QVERIFY2(entry->fontMetrics().horizontalAdvance(entry->text()) <= entry->width() - 8, qPrintable(entry->text()));
+        QVERIFY2(entry->fontMetrics().horizontalAdvance(entry->text()) <= entry->width() - 8,
+                 qPrintable(entry->text()));
         if (!w.sideBar()->IsEntryEnabled(index)) {
           continue;
         }
@@ -316,8 +322,8 @@ class TestMainWindow : public QObject {
       p.window->StartManualRecording();
       QVERIFY(!p.window->close());  // asked and cancelled, or refused
       QCOMPARE(p.prompter.messages.size(), 1);
-      QVERIFY(p.prompter.messages.first().startsWith(locked ? QStringLiteral("Minutor kann nicht beendet werden")
-                                                            : QStringLiteral("Es wird gerade")));
+      QVERIFY(p.prompter.messages.first().startsWith(
+          locked ? QStringLiteral("Minutor kann nicht beendet werden") : QStringLiteral("Es wird gerade")));
       QSignalSpy closed(p.window.get(), &MainWindow::closed);
       p.window->CloseFor(MainWindow::UnloadMode::SessionEnd);
       QVERIFY(!p.window->isVisible() && p.prompter.messages.size() == 1 && closed.size() == 1);

@@ -148,8 +148,8 @@ MainWindow::MainWindow(Services& services, TrafficSource& traffic, QWidget* pare
     sideBar_->SetEntryEnabled(index, HasPanel(index));
   }
 
-  for (QLabel*& field : status_) {
-    field = new QLabel(this);
+  for (FittingLabel*& field : status_) {
+    field = new FittingLabel(this);
     field->setFrameShape(QFrame::Panel);
     field->setFrameShadow(QFrame::Sunken);
   }
@@ -157,8 +157,8 @@ MainWindow::MainWindow(Services& services, TrafficSource& traffic, QWidget* pare
   statusBar()->addWidget(status_[1], 2);
   statusBar()->addWidget(status_[2], 2);
   statusBar()->setSizeGripEnabled(false);
-  status_[1]->setText(kNotRecording);
-  status_[2]->setText(QStringLiteral("Aktiver Benutzer: ") + services_.state.ActiveUser);
+  status_[1]->SetText(kNotRecording);
+  status_[2]->SetText(QStringLiteral("Aktiver Benutzer: ") + services_.state.ActiveUser);
 
   connect(&onlineCheck_, &QTimer::timeout, this, &MainWindow::OnlineCheckTick);
 }
@@ -184,7 +184,7 @@ void MainWindow::Start() {
 }
 
 void MainWindow::ApplyUserPreventions() {
-  status_[2]->setText(QStringLiteral("Aktiver Benutzer: ") + services_.state.ActiveUser);
+  status_[2]->SetText(QStringLiteral("Aktiver Benutzer: ") + services_.state.ActiveUser);
   const bool wasLocked = services_.state.QuitLocked;
   const auto locks = SetUserPreventions(services_.dir, services_.state.ActiveUser, services_.state);
   if (!locks) {
@@ -388,7 +388,7 @@ void MainWindow::ShowOverview() {
 
 void MainWindow::ShowDateTime() {
   const QDateTime now = services_.clock.Now();
-  status_[0]->setText(QLocale().toString(now.date(), QStringLiteral("d. MMMM yyyy")) + QStringLiteral(" - ") +
+  status_[0]->SetText(QLocale().toString(now.date(), QStringLiteral("d. MMMM yyyy")) + QStringLiteral(" - ") +
                       LongTimeText(now.time()));
 }
 
@@ -466,7 +466,7 @@ void MainWindow::StopManualRecording() {
 
 void MainWindow::OnRecordingStarted() {
   onlineCheck_.stop();
-  status_[1]->setText(QStringLiteral("Aufzeichnung aktiv"));
+  status_[1]->SetText(QStringLiteral("Aufzeichnung aktiv"));
   sideBar_->SetLabel(0, kConnectionLabel);
 }
 
@@ -483,7 +483,7 @@ void MainWindow::OnRecordingTicked() {
 
 void MainWindow::OnRecordingStopped() {
   setWindowTitle(kTitle);
-  status_[1]->setText(kNotRecording);
+  status_[1]->SetText(kNotRecording);
   sideBar_->SetLabel(0, kOverviewLabel);
   // An open list shows the record just written.
   if (QWidget* list = sidePanels_.value(kListEntry)) {

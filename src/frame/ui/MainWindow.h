@@ -2,6 +2,7 @@
 
 #include "desk/ui/OverviewPanel.h"
 #include "desk/ui/SmallWindow.h"
+#include "frame/ui/FittingText.h"
 #include "metering/ui/ConnectionPanel.h"
 #include "online/platform/NetworkFetcher.h"
 #include "online/platform/TimedatedClockSetter.h"
@@ -118,7 +119,7 @@ class MainWindow : public QMainWindow {
   TrafficSource& traffic_;
   SideBar* sideBar_ = nullptr;
   QWidget* client_ = nullptr;
-  std::array<QLabel*, 3> status_{};
+  std::array<FittingLabel*, 3> status_{};
   QPointer<OverviewPanel> overview_;
   QPointer<ConnectionPanel> connection_;
   QPointer<SmallWindow> smallWindow_;

@@ -1,12 +1,11 @@
 #include "frame/ui/SideBar.h"
 
-#include <QFontMetrics>
+#include "frame/ui/FittingText.h"
+
 #include <QIcon>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace minutor {
 
@@ -42,15 +41,9 @@ class FittingEntry final : public QToolButton {
   using QToolButton::QToolButton;
 
   void Fit() {
-    QFont base = parentWidget()->font();
-    const int room = width() - 8;
-    const qreal smallest = base.pointSizeF() * 0.7;  // -0.7 for a font in pixels: left as it is
-    while (room > 0 && smallest > 0 && base.pointSizeF() > smallest &&
-           QFontMetrics(base).horizontalAdvance(text()) > room) {
-      base.setPointSizeF(base.pointSizeF() - 0.25);
-    }
-    if (font() != base) {
-      setFont(base);
+    const QFont fitting = FittingFont(parentWidget()->font(), text(), width() - 8);
+    if (font() != fitting) {
+      setFont(fitting);
     }
   }
 

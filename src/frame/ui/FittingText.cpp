@@ -1,0 +1,35 @@
+#include "frame/ui/FittingText.h"
+
+#include <QFontMetrics>
+
+namespace minutor {
+
+QFont FittingFont(const QFont& base, const QString& text, int room) {
+  QFont font = base;
+  const qreal smallest = base.pointSizeF() * 0.7;
+  while (room > 0 && smallest > 0 && font.pointSizeF() > smallest &&
+         QFontMetrics(font).horizontalAdvance(text) > room) {
+    font.setPointSizeF(font.pointSizeF() - 0.25);
+  }
+  return font;
+}
+
+void FittingLabel::SetText(const QString& text) {
+  setText(text);
+  Fit();
+}
+
+void FittingLabel::resizeEvent(QResizeEvent* event) {
+  QLabel::resizeEvent(event);
+  Fit();
+}
+
+void FittingLabel::Fit() {
+  const QFont base = parentWidget() != nullptr ? parentWidget()->font() : QFont();
+  const QFont fitting = FittingFont(base, text(), contentsRect().width() - 2 * margin() - 2);
+  if (font() != fitting) {
+    setFont(fitting);
+  }
+}
+
+}  // namespace minutor
