@@ -198,6 +198,13 @@ class TestMainWindow : public QObject {
         QWidget* panel = index == 0 ? static_cast<QWidget*>(w.overview()) : w.sidePanel(index);
         QVERIFY(panel != nullptr);
         QApplication::processEvents();
+        if (index == 0) {
+          // The Overview's projection gives the amount per day where there is room.
+          const QString projection = panel->findChild<QLabel*>(QStringLiteral("lblProjection(2)"))->text();
+          QVERIFY2(projection.startsWith(QStringLiteral("bis ")) &&
+                       projection.contains(QStringLiteral("/Tag")) == (scale == 1.0),
+                   qPrintable(projection));
+        }
         const QString dpi = QStringLiteral("%1 at %2 dpi").arg(panel->objectName()).arg(96 * scale);
         if (const QScrollArea* scroll = Panel(w, index)) {
           QVERIFY2(scroll->verticalScrollBar()->maximum() + scroll->horizontalScrollBar()->maximum() == 0,

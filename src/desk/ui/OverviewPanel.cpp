@@ -146,8 +146,9 @@ void OverviewPanel::BuildControls() {
   userRow->addWidget(lblPeriod_);
   benutzerGrid->addLayout(userRow, 0, 0, 1, 5);
   const char* budgetCaptions[3] = {"Heute:", "Dieser Monat:", "Definierter Zeitraum:"};
-  // The projection of a rest stands small at the row's end; the row's
-  // tooltip tells it whole.
+  // The projection of a rest stands small at the row's end: the day it
+  // lasts until and what is left per day, or at a large font only the day;
+  // the row's tooltip tells it whole.
   QFont small = benutzer->font();
   small.setPointSizeF(small.pointSizeF() * 0.85);
   for (int i = 0; i < 3; ++i) {
@@ -162,7 +163,7 @@ void OverviewPanel::BuildControls() {
     barBudget_[k]->setMinimumWidth(30);
     lblBudgetPercent_[k] = new QLabel(benutzer);
     lblBudgetPercent_[k]->setObjectName(QStringLiteral("lblOverview(%1)").arg(i + 6));
-    lblBudgetProjection_[k] = new QLabel(benutzer);
+    lblBudgetProjection_[k] = new ShorteningLabel(benutzer);
     lblBudgetProjection_[k]->setObjectName(QStringLiteral("lblProjection(%1)").arg(i));
     lblBudgetProjection_[k]->setFont(small);
     benutzerGrid->addWidget(Caption(QString::fromUtf8(budgetCaptions[i]), benutzer), i + 1, 0);
@@ -302,7 +303,8 @@ void OverviewPanel::ShowSelection() {
     barBudget_[i]->setValue(budget ? (*budget)[i].bar : 0);
     const BudgetProjectionLine& projection = selection_.Projections()[i];
     // A used-up rest says so itself; the row has no room to repeat it.
-    lblBudgetProjection_[i]->setText(projection.until);
+    lblBudgetProjection_[i]->SetTexts(
+        projection.until.isEmpty() ? QStringList() : QStringList{projection.Text(), projection.until});
     // The rule and what is left per day are told wherever the pointer
     // rests on the budget's row.
     for (QWidget* part : std::initializer_list<QWidget*>{lblBudgetProjection_[i], lblBudgetRest_[i],

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desk/OverviewSelection.h"
+#include "frame/ui/FittingText.h"
 
 #include <QWidget>
 
@@ -83,7 +84,7 @@ class OverviewPanel : public QWidget {
   std::array<QProgressBar*, 3> barBudget_{};
   std::array<QLabel*, 3> lblBudgetPercent_{};
   // At each rest's row end: the day it runs out at the last week's pace.
-  std::array<QLabel*, 3> lblBudgetProjection_{};
+  std::array<ShorteningLabel*, 3> lblBudgetProjection_{};
   QLabel* lblPeriod_ = nullptr;
   QCheckBox* Check1_ = nullptr;
   QCheckBox* chkFeiertag_ = nullptr;

@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QLabel>
 #include <QString>
+#include <QStringList>
 
 namespace minutor {
 
@@ -24,6 +25,28 @@ class FittingLabel final : public QLabel {
 
  private:
   void Fit();
+};
+
+// A label that shows the longest of its texts that fits its width, and the
+// last, shortest, one where none does. It asks the layout for room for the
+// longest and makes do with room for the shortest.
+class ShorteningLabel final : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+  void SetTexts(const QStringList& longestFirst);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  int WidthFor(const QString& text) const;
+  void Choose();
+
+  QStringList texts_;
 };
 
 }  // namespace minutor
