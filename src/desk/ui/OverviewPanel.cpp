@@ -63,7 +63,7 @@ void OverviewPanel::BuildControls() {
   comDFUe_->setObjectName(QStringLiteral("comDFÜ"));
   Command1_ = new QPushButton(QStringLiteral("Ausgewählten DFÜ Eintrag wählen"), einwahl);
   Command1_->setObjectName(QStringLiteral("Command1"));
-  lblOverview10_ = new QLabel(einwahl);
+  lblOverview10_ = new FittingLabel(einwahl);
   lblOverview10_->setObjectName(QStringLiteral("lblOverview(10)"));
   auto* einwahlGrid = new QGridLayout(einwahl);
   // The button stands beside the entry box; the box gives up its width to it
@@ -73,7 +73,8 @@ void OverviewPanel::BuildControls() {
   einwahlGrid->addWidget(Caption(QStringLiteral("DFÜ Eintrag:"), einwahl), 0, 0);
   einwahlGrid->addWidget(comDFUe_, 0, 1);
   einwahlGrid->addWidget(Command1_, 0, 2);
-  // A long text of the cheapest entry shows cut; its tooltip holds it whole.
+  // A long text of the cheapest entry is set smaller, and beyond that cut;
+  // its tooltip holds it whole.
   lblOverview10_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   auto* cheapestRow = new QHBoxLayout;
   cheapestRow->addWidget(Caption(QStringLiteral("Aktuell günstigster Eintrag:"), einwahl));
@@ -274,7 +275,7 @@ void OverviewPanel::Refresh() {
 void OverviewPanel::ShowSelection() {
   const AppState& state = services_.state;
   ShowList(comDFUe_, selection_.Entries(), selection_.EntryIndex());
-  lblOverview10_->setText(selection_.CheapestText());
+  lblOverview10_->SetText(selection_.CheapestText());
   lblOverview10_->setToolTip(selection_.CheapestText());
   ShowList(comAnbieter_, selection_.Providers(), selection_.ProviderIndex());
   QStringList labels;

@@ -70,7 +70,7 @@ class OverviewPanel : public QWidget {
 
   QComboBox* comDFUe_ = nullptr;
   QPushButton* Command1_ = nullptr;
-  QLabel* lblOverview10_ = nullptr;  // the cheapest entry
+  FittingLabel* lblOverview10_ = nullptr;  // the cheapest entry
   QComboBox* comAnbieter_ = nullptr;
   QComboBox* comTarif_ = nullptr;
   QLabel* lblOverview0_ = nullptr;  // the price
