@@ -84,7 +84,8 @@ class AheadReader {
   qsizetype Chunks() const { return chunks_; }
 
   // Waits for chunk `k` and hands it over; its place is free for the
-  // readers again. Chunks are taken in order.
+  // readers again. Chunks are taken in order. Without reader threads the
+  // chunk is read here.
   std::vector<ReadFile> Take(qsizetype k) {
     if (threads_.empty()) {
       return ReadChunk(k);
@@ -188,39 +189,27 @@ WalkResult WalkRecords(const DataDir& dir,
   }
   std::sort(chosen.begin(), chosen.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
 
+  // Short walks have no reader threads: the caller reads each chunk itself.
+  AheadReader ahead(folder, chosen, withCipher, ReadersFor(chosen.size()));
   RecordFile record;
-  auto hand = [&](qsizetype i, ReadFile&& file) {
-    if (!file.fields) {
-      ++result.unreadable;
-      return;
-    }
-    record.name = chosen.at(i).first;
-    record.date = chosen.at(i).second;
-    record.fields = std::move(*file.fields);
-    record.cipher = std::move(file.cipher);
-    take(record);
-    ++result.read;
-  };
-  auto cancelled = [&] {
-    result.cancelled = cancel != nullptr && cancel->load(std::memory_order_relaxed);
-    return result.cancelled;
-  };
-
-  const int readers = ReadersFor(chosen.size());
-  if (readers == 0) {
-    for (qsizetype i = 0; i < chosen.size() && !cancelled(); ++i) {
-      hand(i, ReadOne(folder, chosen.at(i).first, withCipher));
-    }
-    return result;
-  }
-  AheadReader ahead(folder, chosen, withCipher, readers);
   for (qsizetype k = 0; k < ahead.Chunks(); ++k) {
     std::vector<ReadFile> files = ahead.Take(k);
     for (size_t j = 0; j < files.size(); ++j) {
-      if (cancelled()) {
+      if (cancel != nullptr && cancel->load(std::memory_order_relaxed)) {
+        result.cancelled = true;
         return result;
       }
-      hand(k * AheadReader::kChunk + static_cast<qsizetype>(j), std::move(files[j]));
+      if (!files[j].fields) {
+        ++result.unreadable;
+        continue;
+      }
+      const auto& [name, date] = chosen.at(k * AheadReader::kChunk + static_cast<qsizetype>(j));
+      record.name = name;
+      record.date = date;
+      record.fields = std::move(*files[j].fields);
+      record.cipher = std::move(files[j].cipher);
+      take(record);
+      ++result.read;
     }
   }
   return result;

@@ -14,24 +14,6 @@ QFont FittingFont(const QFont& base, const QString& text, int room) {
   return font;
 }
 
-void FittingLabel::SetText(const QString& text) {
-  setText(text);
-  Fit();
-}
-
-void FittingLabel::resizeEvent(QResizeEvent* event) {
-  QLabel::resizeEvent(event);
-  Fit();
-}
-
-void FittingLabel::Fit() {
-  const QFont base = parentWidget() != nullptr ? parentWidget()->font() : QFont();
-  const QFont fitting = FittingFont(base, text(), contentsRect().width() - 2 * margin() - 2);
-  if (font() != fitting) {
-    setFont(fitting);
-  }
-}
-
 void ShorteningLabel::SetTexts(const QStringList& longestFirst) {
   texts_ = longestFirst;
   updateGeometry();

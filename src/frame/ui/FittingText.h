@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QString>
 #include <QStringList>
+#include <QToolButton>
 
 namespace minutor {
 
@@ -12,19 +13,34 @@ namespace minutor {
 // than points is left as it is.
 QFont FittingFont(const QFont& base, const QString& text, int room);
 
-// A label that sets a text too long for it at a large font a little smaller
-// rather than cutting it short. The font it starts from is its parent's.
-class FittingLabel final : public QLabel {
+// A label or button that sets a text too long for it at a large font a
+// little smaller rather than cutting it short. The font it starts from is
+// its parent's; `Slack` is what the widget's own margins take of its contents.
+template <typename Widget, int Slack>
+class Fitting final : public Widget {
  public:
-  using QLabel::QLabel;
+  using Widget::Widget;
 
-  void SetText(const QString& text);
+  void SetText(const QString& text) {
+    Widget::setText(text);
+    Fit();
+  }
 
  protected:
-  void resizeEvent(QResizeEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override {
+    Widget::resizeEvent(event);
+    Fit();
+  }
 
  private:
-  void Fit();
+  void Fit() {
+    const QWidget* parent = Widget::parentWidget();
+    const QFont fitting = FittingFont(parent != nullptr ? parent->font() : QFont(), Widget::text(),
+                                      Widget::contentsRect().width() - Slack);
+    if (Widget::font() != fitting) {
+      Widget::setFont(fitting);
+    }
+  }
 };
 
 // A label that shows the longest of its texts that fits its width, and the
@@ -48,5 +64,10 @@ class ShorteningLabel final : public QLabel {
 
   QStringList texts_;
 };
+
+// A label, as the status bar's fields, and a side-bar entry with its icon
+// above the text.
+using FittingLabel = Fitting<QLabel, 2>;
+using FittingButton = Fitting<QToolButton, 8>;
 
 }  // namespace minutor

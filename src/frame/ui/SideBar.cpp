@@ -34,26 +34,6 @@ constexpr std::array<Entry, SideBar::kEntries> kEntryTable = {{
 // one of its own group on top, so the user can switch from every page.
 constexpr std::array<const char*, SideBar::kPages> kGroupNames = {"Allgemein", "Auswertung", "Einstellungen"};
 
-// An entry of the side bar. At a large font a long label ("Verbindungsliste")
-// is set a little smaller, as far as needed, rather than cut short.
-class FittingEntry final : public QToolButton {
- public:
-  using QToolButton::QToolButton;
-
-  void Fit() {
-    const QFont fitting = FittingFont(parentWidget()->font(), text(), width() - 8);
-    if (font() != fitting) {
-      setFont(fitting);
-    }
-  }
-
- protected:
-  void resizeEvent(QResizeEvent* event) override {
-    QToolButton::resizeEvent(event);
-    Fit();
-  }
-};
-
 }  // namespace
 
 SideBar::SideBar(QWidget* parent) : QWidget(parent) {
@@ -90,7 +70,7 @@ SideBar::SideBar(QWidget* parent) : QWidget(parent) {
   for (int index = 0; index < kEntries; ++index) {
     const Entry& entry = kEntryTable[static_cast<std::size_t>(index)];
     QVBoxLayout* layout = pageLayouts[static_cast<std::size_t>(entry.page)];
-    auto* button = new FittingEntry(layout->parentWidget());
+    auto* button = new FittingButton(layout->parentWidget());
     button->setObjectName(QStringLiteral("Label1_%1").arg(index));
     button->setText(QString::fromUtf8(entry.label));
     button->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(entry.icon))));
@@ -116,9 +96,8 @@ SideBar::SideBar(QWidget* parent) : QWidget(parent) {
 QString SideBar::Label(int index) const { return EntryButton(index)->text(); }
 
 void SideBar::SetLabel(int index, const QString& label) {
-  auto* button = static_cast<FittingEntry*>(EntryButton(index));
-  button->setText(label);
-  button->Fit();
+  // A long label at a large font is set a little smaller rather than cut.
+  static_cast<FittingButton*>(EntryButton(index))->SetText(label);
 }
 
 void SideBar::SetEntryEnabled(int index, bool enabled) {
